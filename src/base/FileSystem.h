@@ -1,0 +1,63 @@
+// Every file-system call of the system, on system paths (backslash), with plain results.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+// One entry of a directory search, as the platform's file search reports it.
+struct FS_FIND_DATA {
+    std::wstring strName; // the entry's name, "." and ".." included
+    bool bDirectory = false;
+    bool bReadOnly = false; // no write permission for the owner
+    int64_t nSize = 0;
+    int64_t nModified = 0; // seconds since 1970
+};
+
+// Matches a name against a pattern with "*" and "?", without regard to
+// case (ASCII), in the platform's manner: a final ".*" also matches a name
+// without an extension, so "*.*" matches every name.
+bool FsMatchWildcard(std::wstring_view strPattern, std::wstring_view strName);
+
+// Searches the directory part of the pattern for names matching its last
+// element. A pattern ending in a backslash finds nothing; a directory
+// searched with "*.*" lists "." and "..". Returns false when nothing matched.
+bool FsFind(const std::wstring& strPattern, std::vector<FS_FIND_DATA>& found);
+
+bool FsExists(const std::wstring& strPath);
+bool FsIsDirectory(const std::wstring& strPath);
+bool FsGetInfo(const std::wstring& strPath, FS_FIND_DATA& info);
+
+// One level only; false if it exists or the parent is missing.
+bool FsCreateDirectory(const std::wstring& strPath);
+// Only an empty directory.
+bool FsRemoveDirectory(const std::wstring& strPath);
+bool FsDeleteFile(const std::wstring& strPath);
+// Renames or moves a file or directory; false if the target exists.
+bool FsMoveFile(const std::wstring& strFrom, const std::wstring& strTo);
+bool FsCopyFile(const std::wstring& strFrom, const std::wstring& strTo, bool bFailIfExists);
+// Clears the read-only state (owner write permission).
+bool FsSetNormalAttributes(const std::wstring& strPath);
+bool FsSetReadOnly(const std::wstring& strPath);
+// Recoverable delete into the freedesktop trash (the shell's recycle bin).
+bool FsMoveToTrash(const std::wstring& strPath);
+
+// True when another open file description holds a conflicting advisory lock
+// on the file (fcntl record lock or flock). Linux has no sharing modes, so a
+// program that opens a file without locking it cannot be detected.
+bool FsIsLockedElsewhere(const std::wstring& strPath);
+// Takes an advisory write lock on an open descriptor, as a document holds
+// its drawing; released when the descriptor is closed.
+bool FsLockOpenFile(int fd);
+
+bool FsReadBinary(const std::wstring& strPath, std::string& bytes);
+bool FsWriteBinary(const std::wstring& strPath, const std::string& bytes);
+std::FILE* FsOpenStdio(const std::wstring& strPath, const char* mode);
+
+std::wstring FsGetCurrentDirectory();
+std::wstring FsGetTempDirectory(); // with a final backslash
+
+// The error of the last failed call on this thread (errno values) and its text.
+int FsGetLastError();
+std::wstring FsErrorText(int nError);

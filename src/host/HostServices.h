@@ -1,0 +1,18 @@
+// The table through which the host hands its services to the module.
+#pragma once
+
+class IHostUi;
+class ISuiteInstallPaths;
+
+// Plain pointers owned by the host; a null entry is a service the host
+// does not offer, and every call through it fails plainly.
+struct HOST_SERVICES {
+    IHostUi* pUi = nullptr;
+    ISuiteInstallPaths* pInstallPaths = nullptr;
+};
+
+// The host sets the table before the module's first command and clears it
+// at unload. The module keeps its own copy: host and module are linked
+// separately, so the table travels through the entry point, not a shared global.
+void SetHostServices(const HOST_SERVICES& services);
+const HOST_SERVICES& GetHostServices();
