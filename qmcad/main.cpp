@@ -1,100 +1,127 @@
-// qmcad, the reference host: for now it sets up an installation and shows its libraries.
+// qmcad, the reference host: loads the module and runs its command line on an installation.
 #include "ConsoleUi.h"
+#include "PluginLoader.h"
 #include "demo/DemoInstall.h"
+#include "editor/EditorHost.h"
 #include "suite/SuiteConfig.h"
 
 #include "base/FileSystem.h"
 #include "base/StrUtil.h"
-#include "host/HostServices.h"
-#include "library/LibraryRules.h"
-#include "shared/fileops/FileOps.h"
+#include "base/SysPath.h"
 
-#include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <fstream>
+#include <iostream>
+#include <unistd.h>
 
 namespace {
 
-void ListLibrary(const wchar_t* pszTitle, const std::wstring& strLibRoot, LibraryKind kind) {
-    acutPrintf(L"\n%s: %s\n", pszTitle, strLibRoot);
-    if (!IsDirExist(strLibRoot)) {
-        acutPrintf(L"  (目录不存在)\n");
-        return;
-    }
-    CStringArray dirs{strLibRoot};
-    CStringArray all;
-    CollectDirs(strLibRoot, all);
-    for (const std::wstring& dir : all) {
-        std::wstring strName = GetFileName(dir);
-        if (strName != L"." && strName != L"..")
-            dirs.push_back(dir + L"\\");
-    }
-    std::sort(dirs.begin(), dirs.end(),
-              [](const auto& a, const auto& b) { return CompareNoCase(a, b) < 0; });
-    for (const std::wstring& dir : dirs) {
-        CStringArray items;
-        CollectFiles(dir, L"dwg", items, false);
-        std::sort(items.begin(), items.end(),
-                  [](const auto& a, const auto& b) { return CompareNoCase(a, b) < 0; });
-        std::wstring strRel = StrMid(dir, static_cast<int>(strLibRoot.size()));
-        acutPrintf(L"  [%s] %d 项\n", strRel.empty() ? L"\\" : strRel, items.size());
-        for (const std::wstring& item : items) {
-            std::wstring strName = GetFileName(item);
-            NormaliseItemName(strName);
-            acutPrintf(L"      %-24s %s\n", strName, MakeItemPath(dir, strName));
-        }
-        std::wstring strTwin = MakeTwinDir(dir, GetQuillmLocalInstallPath(), kind);
-        if (strTwin != dir)
-            acutPrintf(L"      twin: %s\n", strTwin);
-    }
-}
+struct OPTIONS {
+    std::string strDemoDir;
+    std::string strConfigFile = CSuiteConfig::DefaultConfigFile();
+    std::string strScript;
+    std::string strModule;
+};
 
 int Usage() {
-    std::fputs("usage: qmcad [--demo DIR] [--config FILE]\n", stderr);
+    std::fputs("usage: qmcad [--demo DIR] [--config FILE] [--script FILE] [--module PATH]\n",
+               stderr);
     return 2;
+}
+
+bool ParseOptions(int argc, char** argv, OPTIONS& opt) {
+    for (int i = 1; i < argc; ++i) {
+        std::string arg = argv[i];
+        if (i + 1 >= argc)
+            return false;
+        if (arg == "--demo")
+            opt.strDemoDir = argv[++i];
+        else if (arg == "--config")
+            opt.strConfigFile = argv[++i];
+        else if (arg == "--script")
+            opt.strScript = argv[++i];
+        else if (arg == "--module")
+            opt.strModule = argv[++i];
+        else
+            return false;
+    }
+    if (opt.strModule.empty()) {
+        const char* env = std::getenv("QMCAD_MODULE");
+        opt.strModule = env && *env ? env : QMCAD_DEFAULT_MODULE;
+    }
+    return true;
+}
+
+bool LoadSettings(const OPTIONS& opt, CSuiteConfig& config) {
+    if (opt.strDemoDir.empty()) {
+        if (config.Load(opt.strConfigFile))
+            return true;
+        std::fprintf(stderr, "qmcad: no suite settings at %s (try --demo DIR)\n",
+                     opt.strConfigFile.c_str());
+        return false;
+    }
+    if (!MakeDemoInstall(opt.strDemoDir, config)) {
+        std::fprintf(stderr, "qmcad: cannot lay out the demo installation in %s: %s\n",
+                     opt.strDemoDir.c_str(), WideToUtf8(FsErrorText(FsGetLastError())).c_str());
+        return false;
+    }
+    config.Save(opt.strDemoDir + "/suite.conf");
+    return true;
+}
+
+// Script lines are UTF-8; a missing script is an error before anything runs.
+CEditorHost::LineSource MakeSource(const OPTIONS& opt, std::shared_ptr<std::ifstream>& script) {
+    if (opt.strScript.empty())
+        return [](std::wstring& strLine) {
+            std::string line;
+            if (!std::getline(std::cin, line))
+                return false;
+            strLine = Utf8ToWide(line);
+            return true;
+        };
+    script = std::make_shared<std::ifstream>(opt.strScript);
+    return [script](std::wstring& strLine) {
+        std::string line;
+        if (!std::getline(*script, line))
+            return false;
+        strLine = Utf8ToWide(line);
+        return true;
+    };
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    std::string strDemoDir, strConfigFile = CSuiteConfig::DefaultConfigFile();
-    for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--demo") == 0 && i + 1 < argc)
-            strDemoDir = argv[++i];
-        else if (std::strcmp(argv[i], "--config") == 0 && i + 1 < argc)
-            strConfigFile = argv[++i];
-        else
-            return Usage();
-    }
-    CConsoleUi ui;
+    OPTIONS opt;
+    if (!ParseOptions(argc, argv, opt))
+        return Usage();
     CSuiteConfig config;
-    if (!strDemoDir.empty()) {
-        if (!MakeDemoInstall(strDemoDir, config)) {
-            std::fprintf(stderr, "qmcad: cannot lay out the demo installation in %s: %s\n",
-                         strDemoDir.c_str(), WideToUtf8(FsErrorText(FsGetLastError())).c_str());
-            return 1;
-        }
-        strConfigFile = strDemoDir + "/suite.conf";
-        config.Save(strConfigFile);
-    } else if (!config.Load(strConfigFile)) {
-        std::fprintf(stderr, "qmcad: no suite settings at %s (try --demo DIR)\n",
-                     strConfigFile.c_str());
+    if (!LoadSettings(opt, config))
+        return 1;
+    std::shared_ptr<std::ifstream> script;
+    CEditorHost::LineSource source = MakeSource(opt, script);
+    if (script && !*script) {
+        std::fprintf(stderr, "qmcad: cannot read script %s\n", opt.strScript.c_str());
         return 1;
     }
-    HOST_SERVICES services;
-    services.pUi = &ui;
+
+    CConsoleUi ui;
+    CEditorHost editor(ui);
+    HOST_SERVICES services = editor.Services();
     services.pInstallPaths = &config;
     SetHostServices(services);
+    editor.m_docs.NewDocument();
+    PrintDemoSummary(config);
 
-    acutPrintf(L"Quillmarch qmcad, suite settings %s\n", Utf8ToWide(strConfigFile));
-    int nStyle = GetCurQuillmInstallStyle();
-    int nMode = DeriveFtpMode(nStyle, GetCurFTPLoginStatus());
-    if (nMode < 0) {
-        QmMessageBox(kNoFtpLoginText, MB_ICONINFORMATION);
-        return 0;
+    CPluginLoader module;
+    if (!module.Load(opt.strModule, services)) {
+        std::fprintf(stderr, "qmcad: %s\n", module.LastError().c_str());
+        return 1;
     }
-    acutPrintf(L"安装方式 %d, 图库模式 g_nFtpMode = %d\n", nStyle, nMode);
-    ListLibrary(L"开孔图库", GetQuillmCommonResInstallPath() + L"InstallHole\\", LibraryKind::Hole);
-    ListLibrary(L"屏面布置图库", GetQuillmLocalInstallPath() + L"LaySketch\\", LibraryKind::Layout);
+    editor.SetSource(source, !opt.strScript.empty() || !::isatty(STDIN_FILENO));
+    editor.RunLoop();
+    module.Unload();
     SetHostServices(HOST_SERVICES{});
     return 0;
 }

@@ -2,6 +2,7 @@
 #include "demo/DemoInstall.h"
 
 #include "base/SysPath.h"
+#include "host/HostUi.h"
 #include "shared/fileops/FileOps.h"
 
 namespace {
@@ -43,11 +44,21 @@ bool MakeDemoInstall(const std::string& osDir, CSuiteConfig& config) {
     config.m_nInstallStyle = 0;
     config.m_nFtpLogin = 0;
     config.m_strVersion = L"2026.1";
+    // The layout browser looks for the hole library's name under the local root.
     const wchar_t* dirs[] = {L"common\\InstallHole", L"common\\DzStrucLib", L"local\\LaySketch",
-                             L"local\\Data",         L"local\\LocalData",   L"local\\Temp"};
+                             L"local\\InstallHole",  L"local\\Data",        L"local\\LocalData",
+                             L"local\\Temp"};
     for (const wchar_t* dir : dirs)
         if (!CreateDirPath(JoinPath(strBase, dir)))
             return false;
     return MakeItems(config.m_strCommonRes + L"InstallHole\\", kHoleItems, std::size(kHoleItems)) &&
            MakeItems(config.m_strLocal + L"LaySketch\\", kLayoutItems, std::size(kLayoutItems));
+}
+
+void PrintDemoSummary(CSuiteConfig& config) {
+    CStringArray holes, layouts;
+    CollectFiles(config.CommonResInstallPath() + L"InstallHole", L"dwg", holes, true);
+    CollectFiles(config.LocalInstallPath() + L"LaySketch", L"dwg", layouts, true);
+    acutPrintf(L"开孔图库 %sInstallHole\\: %d 项\n", config.CommonResInstallPath(), holes.size());
+    acutPrintf(L"屏面布置图库 %sLaySketch\\: %d 项\n", config.LocalInstallPath(), layouts.size());
 }

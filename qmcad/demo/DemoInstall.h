@@ -8,3 +8,6 @@
 // Lays out common resources, local install and install root under the OS
 // directory, keeps what already exists there, and fills the suite settings.
 bool MakeDemoInstall(const std::string& osDir, CSuiteConfig& config);
+
+// One line per library: where it lies and how many items it holds.
+void PrintDemoSummary(CSuiteConfig& config);

@@ -1,6 +1,9 @@
 // The table through which the host hands its services to the module.
 #pragma once
 
+class AcApDocManager;
+class ICommandStack;
+class IHostEditor;
 class IHostUi;
 class ISuiteInstallPaths;
 
@@ -9,6 +12,9 @@ class ISuiteInstallPaths;
 struct HOST_SERVICES {
     IHostUi* pUi = nullptr;
     ISuiteInstallPaths* pInstallPaths = nullptr;
+    IHostEditor* pEditor = nullptr;
+    ICommandStack* pCommands = nullptr;
+    AcApDocManager* pDocuments = nullptr;
 };
 
 // The host sets the table before the module's first command and clears it

@@ -1,0 +1,134 @@
+// Documents of the reference host. Single-document mode (SDI not 0) keeps one drawing.
+#include "editor/DocManager.h"
+
+#include "base/FileSystem.h"
+#include "base/Format.h"
+#include "base/StrUtil.h"
+#include "editor/SysVars.h"
+
+CHostDocument* CDocManager::Find(const AcApDocument* pDoc) {
+    for (auto& doc : m_docs)
+        if (doc.get() == pDoc)
+            return doc.get();
+    return nullptr;
+}
+
+bool CDocManager::lockDocument(AcApDocument* pDoc) {
+    CHostDocument* pHostDoc = Find(pDoc);
+    if (!pHostDoc)
+        return false;
+    ++pHostDoc->m_nWriteLocks;
+    return true;
+}
+
+bool CDocManager::unlockDocument(AcApDocument* pDoc) {
+    CHostDocument* pHostDoc = Find(pDoc);
+    if (!pHostDoc || pHostDoc->m_nWriteLocks == 0)
+        return false;
+    --pHostDoc->m_nWriteLocks;
+    return true;
+}
+
+std::vector<AcApDocument*> CDocManager::documents() {
+    std::vector<AcApDocument*> docs;
+    for (auto& doc : m_docs)
+        docs.push_back(doc.get());
+    return docs;
+}
+
+bool CDocManager::activateDocument(AcApDocument* pDoc) {
+    CHostDocument* pHostDoc = Find(pDoc);
+    if (!pHostDoc)
+        return false;
+    m_pActive = m_pCur = pHostDoc;
+    return true;
+}
+
+bool CDocManager::setCurDocument(AcApDocument* pDoc) {
+    CHostDocument* pHostDoc = Find(pDoc);
+    if (!pHostDoc)
+        return false;
+    m_pCur = pHostDoc;
+    return true;
+}
+
+bool CDocManager::appContextNewDocument(const std::wstring&) {
+    return isApplicationContext() && NewDocument() != nullptr;
+}
+
+bool CDocManager::appContextOpenDocument(const std::wstring& strPath) {
+    return isApplicationContext() && OpenDocument(strPath) != nullptr;
+}
+
+void CDocManager::executeInApplicationContext(AcApContextFunction pFunction, void* pData) {
+    if (pFunction)
+        m_appQueue.emplace_back(pFunction, pData);
+}
+
+bool CDocManager::sendStringToExecute(AcApDocument* pDoc, const std::wstring& strText, bool, bool,
+                                      bool bEcho) {
+    CHostDocument* pHostDoc = Find(pDoc);
+    if (!pHostDoc || strText.empty())
+        return false;
+    // Lines run one by one when the loop comes back.
+    size_t start = 0;
+    while (start < strText.size()) {
+        size_t nl = strText.find(L'\n', start);
+        std::wstring line = strText.substr(start, nl == std::wstring::npos ? nl : nl - start);
+        pHostDoc->m_posted.push_back({line, bEcho});
+        if (nl == std::wstring::npos)
+            break;
+        start = nl + 1;
+    }
+    return true;
+}
+
+CHostDocument* CDocManager::Adopt(std::unique_ptr<CHostDocument> pDoc) {
+    if (m_vars.Short(L"SDI") != 0 && m_pCur)
+        CloseDocument(m_pCur);
+    m_docs.push_back(std::move(pDoc));
+    m_pActive = m_pCur = m_docs.back().get();
+    return m_pCur;
+}
+
+CHostDocument* CDocManager::NewDocument() {
+    return Adopt(std::make_unique<CHostDocument>(Format(L"Drawing%d.dwg", ++m_nUntitled)));
+}
+
+CHostDocument* CDocManager::OpenDocument(const std::wstring& strPath) {
+    for (auto& doc : m_docs)
+        if (EqualsNoCase(doc->fileName(), strPath)) {
+            activateDocument(doc.get());
+            return doc.get();
+        }
+    if (!FsExists(strPath) || FsIsDirectory(strPath))
+        return nullptr;
+    return Adopt(std::make_unique<CHostDocument>(strPath));
+}
+
+bool CDocManager::CloseDocument(AcApDocument* pDoc) {
+    for (auto it = m_docs.begin(); it != m_docs.end(); ++it) {
+        if (it->get() != pDoc)
+            continue;
+        m_docs.erase(it);
+        CHostDocument* pNext = m_docs.empty() ? nullptr : m_docs.back().get();
+        if (m_pCur == pDoc)
+            m_pCur = pNext;
+        if (m_pActive == pDoc)
+            m_pActive = pNext;
+        return true;
+    }
+    return false;
+}
+
+bool CDocManager::RunApplicationContextQueue() {
+    if (m_appQueue.empty())
+        return false;
+    auto queue = std::move(m_appQueue);
+    m_appQueue.clear();
+    EnterApplicationContext();
+    for (auto& [pFunction, pData] : queue)
+        pFunction(pData);
+    LeaveApplicationContext();
+    return true;
+}

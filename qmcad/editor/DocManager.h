@@ -1,0 +1,79 @@
+// The reference host's documents: current and active drawing, contexts, locks and posted text.
+#pragma once
+
+#include "host/HostDocuments.h"
+
+#include <deque>
+#include <memory>
+#include <string>
+#include <vector>
+
+class CSysVarStore;
+
+struct POSTED_LINE {
+    std::wstring strText;
+    bool bEcho = true;
+};
+
+class CHostDocument : public AcApDocument {
+public:
+    explicit CHostDocument(std::wstring strFileName) : m_strFileName(std::move(strFileName)) {}
+    std::wstring fileName() const override { return m_strFileName; }
+    AcDbDatabase* database() const override { return nullptr; }
+    bool IsTitled() const { return m_strFileName.find(L'\\') != std::wstring::npos; }
+
+    std::deque<POSTED_LINE> m_posted; // lines waiting for the command loop
+    int m_nWriteLocks = 0;
+
+private:
+    std::wstring m_strFileName;
+};
+
+class CDocManager : public AcApDocManager {
+public:
+    explicit CDocManager(const CSysVarStore& vars) : m_vars(vars) {}
+
+    AcApDocument* curDocument() override { return m_pCur; }
+    AcApDocument* mdiActiveDocument() override { return m_pActive; }
+    bool isApplicationContext() override { return m_nAppContext > 0; }
+    bool lockDocument(AcApDocument* pDoc) override;
+    bool unlockDocument(AcApDocument* pDoc) override;
+    std::vector<AcApDocument*> documents() override;
+    int documentCount() override { return static_cast<int>(m_docs.size()); }
+    bool activateDocument(AcApDocument* pDoc) override;
+    bool setCurDocument(AcApDocument* pDoc) override;
+    bool appContextNewDocument(const std::wstring& strTemplate) override;
+    bool appContextOpenDocument(const std::wstring& strPath) override;
+    void executeInApplicationContext(AcApContextFunction pFunction, void* pData) override;
+    bool sendStringToExecute(AcApDocument* pDoc, const std::wstring& strText, bool bActivate,
+                             bool bWrapUpInactiveDoc, bool bEcho) override;
+    void pushResourceHandle() override { ++m_nModuleResources; }
+    void popResourceHandle() override { --m_nModuleResources; }
+    void pushAcadResourceHandle() override { ++m_nAcadResources; }
+    void popAcadResourceHandle() override { --m_nAcadResources; }
+
+    // Host side: new and open outside the context rule, close, and the context itself.
+    CHostDocument* NewDocument();
+    CHostDocument* OpenDocument(const std::wstring& strPath);
+    bool CloseDocument(AcApDocument* pDoc);
+    void EnterApplicationContext() { ++m_nAppContext; }
+    void LeaveApplicationContext() { --m_nAppContext; }
+    // Runs the calls posted into the application context; true if any ran.
+    bool RunApplicationContextQueue();
+    CHostDocument* Current() { return m_pCur; }
+    int ResourceDepth() const { return m_nModuleResources + m_nAcadResources; }
+
+private:
+    CHostDocument* Find(const AcApDocument* pDoc);
+    CHostDocument* Adopt(std::unique_ptr<CHostDocument> pDoc);
+
+    const CSysVarStore& m_vars;
+    std::vector<std::unique_ptr<CHostDocument>> m_docs;
+    CHostDocument* m_pCur = nullptr;
+    CHostDocument* m_pActive = nullptr;
+    int m_nAppContext = 0;
+    int m_nUntitled = 0;
+    int m_nModuleResources = 0;
+    int m_nAcadResources = 0;
+    std::vector<std::pair<AcApContextFunction, void*>> m_appQueue;
+};

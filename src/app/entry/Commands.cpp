@@ -1,0 +1,191 @@
+// Command bodies of the frame: the browser starts and the hand-over fall-throughs.
+#include "app/entry/Commands.h"
+
+#include "app/EditorServices.h"
+#include "app/LibState.h"
+#include "base/Format.h"
+#include "host/HostUi.h"
+#include "host/SuiteInstallPaths.h"
+#include "library/LibraryRules.h"
+#include "shared/fileops/FileOps.h"
+
+namespace {
+
+ModelessFactory g_holeFactory;
+ModelessFactory g_layoutFactory;
+
+std::wstring WithBackslash(std::wstring strPath) {
+    if (!strPath.empty() && strPath.back() != L'\\')
+        strPath += L'\\';
+    return strPath;
+}
+
+// Mode and login on entry of a browser command; false stops the command.
+bool EnterLibraryMode(CLibState& state) {
+    int nStyle = GetCurQuillmInstallStyle();
+    int nMode = DeriveFtpMode(nStyle, nStyle == 0 ? 1 : GetCurFTPLoginStatus());
+    if (nMode < 0) {
+        QmMessageBox(kNoFtpLoginText, MB_ICONINFORMATION);
+        state.ResetHandOver();
+        return false;
+    }
+    state.g_nFtpMode = nMode;
+    return true;
+}
+
+// An existing browser comes to the front with its list reloaded and the
+// hand-over item selected; the path stays as it is.
+void RaiseExistingBrowser(CLibState& state) {
+    ILibraryBrowser* pBrowser = state.pLibDlg;
+    pBrowser->Show();
+    pBrowser->Activate();
+    pBrowser->ReloadList();
+    pBrowser->SelectListItem(GetFileName(state.strDwgFile));
+    if (pBrowser->IsIconic())
+        pBrowser->Restore();
+}
+
+void CreateBrowser(CLibState& state, const ModelessFactory& factory, const wchar_t* pszClass) {
+    IModelessWindow* pWindow = state.pLibDlg;
+    RaiseModelessWindow(pWindow, factory, pszClass);
+    state.pLibDlg = dynamic_cast<ILibraryBrowser*>(pWindow);
+}
+
+void ShowBrowserIfPending(CLibState& state) {
+    if (!state.pLibDlg)
+        return;
+    state.pLibDlg->Show();
+    if (state.pLibDlg->IsIconic())
+        state.pLibDlg->Restore();
+}
+
+} // namespace
+
+void SetBrowserFactory(CLibState& state, const ModelessFactory& factory) {
+    (&state == &g_LayoutLib ? g_layoutFactory : g_holeFactory) = factory;
+}
+
+void CmdDrawingManage() {
+    CLibState& state = g_HoleLib;
+    if (!EnterLibraryMode(state))
+        return;
+    if (state.pLibDlg) {
+        RaiseExistingBrowser(state);
+        return;
+    }
+    state.ResetHandOver();
+    state.strRoot = WithBackslash(GetQuillmCommonResInstallPath());
+    if (state.strRoot.empty())
+        return;
+    // First run: the sentinel is made and the user types the command again.
+    std::wstring strSentinel = Format(L"%sDzStrucLib\\", state.strRoot);
+    if (IsDirExist(strSentinel))
+        CreateBrowser(state, g_holeFactory, L"CCircuitLibDlg");
+    else
+        CreateDirPath(strSentinel);
+    state.ResetHandOver();
+}
+
+void CmdLaySketchManage() {
+    CLibState& state = g_LayoutLib;
+    if (!EnterLibraryMode(state))
+        return;
+    if (state.pLibDlg) {
+        RaiseExistingBrowser(state);
+        return;
+    }
+    state.ResetHandOver();
+    state.strRoot = WithBackslash(GetQuillmLocalInstallPath());
+    if (state.strRoot.empty())
+        return;
+    std::wstring strSentinel = Format(L"%sInstallHole\\", state.strRoot);
+    if (IsDirExist(strSentinel))
+        CreateBrowser(state, g_layoutFactory, L"CLaySketchLibDlg");
+    else
+        QmMessageBox(Format(L"屏面布置图库目录 %s 不存在！", strSentinel), MB_ICONEXCLAMATION);
+    state.ResetHandOver();
+}
+
+namespace {
+
+void InsertBody(CLibState& state, void (*pfnManage)()) {
+    if (state.strDwgFile.empty() && state.pLibDlg) {
+        ShowBrowserIfPending(state);
+        return;
+    }
+    if (!state.strDwgFile.empty()) {
+        // The insertion itself joins here with the block insertion work.
+        state.strDwgFile.clear();
+    }
+    pfnManage();
+}
+
+void OpenBody(CLibState& state, void (*pfnManage)()) {
+    if (!state.pLibDlg) {
+        state.strDwgFile.clear();
+        pfnManage();
+        return;
+    }
+    if (!state.strDwgFile.empty()) {
+        RunCommandQuiet({L"ZOOM", L"E"});
+        return; // the path stays: the save dialog works on it
+    }
+    if (state.pLibDlg->IsIconic())
+        state.pLibDlg->Restore();
+}
+
+void NotYetAvailable(const wchar_t* pszCommand) {
+    acutPrintf(L"\n%s: not available in this build.\n", pszCommand);
+}
+
+} // namespace
+
+void CmdDrawingInsert() {
+    InsertBody(g_HoleLib, CmdDrawingManage);
+}
+void CmdLaySketchInsert() {
+    InsertBody(g_LayoutLib, CmdLaySketchManage);
+}
+void CmdDrawingOpen() {
+    OpenBody(g_HoleLib, CmdDrawingManage);
+}
+void CmdLaySketchOpen() {
+    OpenBody(g_LayoutLib, CmdLaySketchManage);
+}
+
+// Moving a hole is no behaviour of this module: the command stays and does nothing.
+void CmdMoveHole() {}
+
+void CmdDrawPanel() {
+    NotYetAvailable(L"DrawPanel");
+}
+void CmdDimHole() {
+    NotYetAvailable(L"DimHole");
+}
+void CmdEditPanel() {
+    NotYetAvailable(L"EditPanel");
+}
+void CmdMakeSld() {
+    NotYetAvailable(L"MakeSld");
+}
+void CmdShowSld() {
+    NotYetAvailable(L"ShowSld");
+}
+void CmdOpenDwg() {
+    NotYetAvailable(L"OpenDwg");
+}
+void CmdCloseDwg() {
+    NotYetAvailable(L"CloseDwg");
+}
+void CmdShowSldDlg() {
+    NotYetAvailable(L"ShowSldDlg");
+}
+void CmdTz3dView() {
+    NotYetAvailable(L"Tz3dView");
+}
+void CmdTz2dView() {
+    NotYetAvailable(L"Tz2dView");
+}
+void CmdLaySketchMakeSld() {
+    NotYetAvailable(L"LaySketchMakeSld");
+}

@@ -1,0 +1,78 @@
+// What the module needs of the editor itself: system variables, scripted commands, prompts,
+// filters.
+#pragma once
+
+#include <string>
+#include <vector>
+
+// The editor's result and type codes.
+enum : int {
+    RTNONE = 5000,
+    RTREAL = 5001,
+    RTPOINT = 5002,
+    RTSHORT = 5003,
+    RTSTR = 5005,
+    RTENAME = 5006,
+    RTPICKS = 5007,
+    RT3DPOINT = 5009,
+    RTLONG = 5010,
+    RTNORM = 5100,
+    RTERROR = -5001,
+    RTCAN = -5002,
+    RTREJ = -5003,
+};
+
+// A system variable's value: the type code says which member holds it.
+struct SYSVAR_VALUE {
+    int nType = RTNONE;
+    int nShort = 0;
+    double dReal = 0.0;
+    double pt[3] = {0.0, 0.0, 0.0};
+    std::wstring strText;
+
+    static SYSVAR_VALUE Short(int n) {
+        SYSVAR_VALUE v;
+        v.nType = RTSHORT;
+        v.nShort = n;
+        return v;
+    }
+    static SYSVAR_VALUE Text(const std::wstring& s) {
+        SYSVAR_VALUE v;
+        v.nType = RTSTR;
+        v.strText = s;
+        return v;
+    }
+};
+
+class IHostEditor {
+public:
+    virtual ~IHostEditor() = default;
+    // RTNORM with the value, or RTERROR for an unknown name.
+    virtual int GetVar(const std::wstring& strName, SYSVAR_VALUE& value) = 0;
+    // RTNORM, or RTERROR for an unknown or read-only name or a value of the wrong type.
+    virtual int SetVar(const std::wstring& strName, const SYSVAR_VALUE& value) = 0;
+    // Environment values of the editor's profile (such as DefaultFormatForSave).
+    virtual int GetEnv(const std::wstring& strName, std::wstring& strValue) = 0;
+    virtual int SetEnv(const std::wstring& strName, const std::wstring& strValue) = 0;
+    // Runs a command from inside a command, the words as its name and answers.
+    virtual int Command(const std::vector<std::wstring>& words) = 0;
+    virtual void PostCommandPrompt() = 0;
+    // Opens a drawing in a single-document session, replacing the one there.
+    virtual int SyncFileOpen(const std::wstring& strPath) = 0;
+    // Swallows mouse clicks, moves and the wheel while set.
+    virtual bool SetMouseFilter(bool bOn) = 0;
+    // Whether the editor has a main window to parent modeless windows to.
+    virtual bool HasMainFrame() = 0;
+};
+
+// The editor's functions by their own names; without a host they fail with RTERROR.
+int acedGetVar(const std::wstring& strName, SYSVAR_VALUE& value);
+int acedSetVar(const std::wstring& strName, const SYSVAR_VALUE& value);
+int acedGetEnv(const std::wstring& strName, std::wstring& strValue);
+int acedSetEnv(const std::wstring& strName, const std::wstring& strValue);
+int acedCommandS(const std::vector<std::wstring>& words);
+void acedPostCommandPrompt();
+int acedSyncFileOpen(const std::wstring& strPath);
+bool acedRegisterFilterWinMsg();
+bool acedRemoveFilterWinMsg();
+bool acedHasAcadFrame();

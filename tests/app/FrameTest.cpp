@@ -1,0 +1,145 @@
+// The module frame: registration, the posted hand-over, browser starts and unload.
+#include "app/LibState.h"
+#include "app/entry/Commands.h"
+#include "app/entry/DrawingManageApp.h"
+#include "base/FileSystem.h"
+#include "host/HostDocuments.h"
+
+#include "EditorTestHost.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class FrameTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        m_host.m_strCommonRes = m_dir / L"common\\";
+        m_host.m_strLocal = m_dir / L"local\\";
+        FsCreateDirectory(m_dir / L"common");
+        ASSERT_EQ(m_app.EntryPoint(AcRx::kInitAppMsg, nullptr), AcRx::kRetOK);
+        SetBrowserFactory(g_HoleLib, [this] { return m_pHole = new CFakeBrowser; });
+        SetBrowserFactory(g_LayoutLib, [this] { return m_pLayout = new CFakeBrowser; });
+    }
+    void TearDown() override {
+        m_app.EntryPoint(AcRx::kUnloadAppMsg, nullptr);
+        for (CLibState* pState : {&g_HoleLib, &g_LayoutLib}) {
+            delete pState->pLibDlg;
+            *pState = CLibState();
+        }
+    }
+
+    CTempDir m_dir;
+    CEditorTestHost m_host;
+    CDrawingManageApp m_app;
+    CFakeBrowser* m_pHole = nullptr;
+    CFakeBrowser* m_pLayout = nullptr;
+};
+
+} // namespace
+
+TEST_F(FrameTest, RegistersEighteenCommandsWithTheirFlags) {
+    const CCommandStack& stack = m_host.m_editor.m_commands;
+    int nOurs = 0;
+    for (int i = 0; i < g_nArxCommands; ++i) {
+        const HOST_COMMAND* pCmd = stack.Find(g_arxCommands[i].pszGlobal);
+        ASSERT_NE(pCmd, nullptr);
+        EXPECT_EQ(pCmd->strGroup, L"TzDrawingManage");
+        nOurs += pCmd->strGroup == L"TzDrawingManage";
+    }
+    EXPECT_EQ(nOurs, 18);
+    EXPECT_EQ(stack.Find(L"drawingmanage")->nFlags, 0x200000u);
+    EXPECT_EQ(stack.Find(L"LAYSKETCHMANAGE")->nFlags, 1u);
+    EXPECT_EQ(m_app.EntryPoint(AcRx::kSuspendMsg, nullptr), 0);
+    m_app.EntryPoint(AcRx::kUnloadAppMsg, nullptr);
+    EXPECT_EQ(stack.Find(L"MoveHole"), nullptr);
+    m_app.EntryPoint(AcRx::kInitAppMsg, nullptr);
+}
+
+TEST_F(FrameTest, MoveHolePrintsNothingAndFirstRunOnlyMakesTheSentinel) {
+    m_host.Run({L"MoveHole"});
+    EXPECT_EQ(m_host.m_strPrinted, L"命令: MoveHole\n");
+    m_host.Run({L"DrawingManage"});
+    EXPECT_TRUE(FsIsDirectory(m_dir / L"common\\DzStrucLib")); // made, and no window yet
+    EXPECT_EQ(g_HoleLib.pLibDlg, nullptr);
+    m_host.Run({L"DrawingManage"});
+    EXPECT_NE(g_HoleLib.pLibDlg, nullptr);
+}
+
+TEST_F(FrameTest, PostedInsertWithoutPathFallsThroughToTheBrowserStart) {
+    FsCreateDirectory(m_dir / L"common\\DzStrucLib");
+    g_HoleLib.nCount = 3;
+    ASSERT_TRUE(acDocManagerPtr()->sendStringToExecute(
+        acDocManagerPtr()->curDocument(), L"(Command)\nDrawingInsert\n", false, true, true));
+    m_host.Run({});
+    ASSERT_NE(m_pHole, nullptr);
+    EXPECT_EQ(g_HoleLib.pLibDlg, m_pHole);
+    EXPECT_EQ(g_HoleLib.nCount, 0); // the start resets the hand-over
+
+    // A second start raises the same window, reloads and selects the pending item.
+    g_HoleLib.strDwgFile = m_dir / L"common\\InstallHole\\22mm按钮.dwg";
+    m_pHole->m_bIconic = true;
+    m_host.Run({L"DrawingManage"});
+    EXPECT_EQ(m_pHole->m_strLog,
+              L"show;activate;show;activate;reload;select 22mm按钮.dwg;restore;");
+    EXPECT_FALSE(g_HoleLib.strDwgFile.empty()); // the path stays
+}
+
+TEST_F(FrameTest, LoginAndRootRefusals) {
+    m_host.m_nInstallStyle = 1;
+    m_host.Run({L"DrawingManage"});
+    ASSERT_EQ(m_host.m_boxes.size(), 1u);
+    EXPECT_EQ(m_host.m_boxes[0].strText, L"没有通过FTP登录验证!");
+    EXPECT_EQ(m_host.m_boxes[0].nFlags, 64u);
+    m_host.m_nInstallStyle = 0;
+    m_host.m_strCommonRes.clear();
+    m_host.Run({L"DrawingManage"});
+    EXPECT_EQ(m_host.m_boxes.size(), 1u); // an empty root ends silently
+    m_host.Run({L"LaySketchManage"});
+    ASSERT_EQ(m_host.m_boxes.size(), 2u);
+    EXPECT_EQ(m_host.m_boxes[1].strText,
+              L"屏面布置图库目录 " + m_dir.Path() + L"local\\InstallHole\\ 不存在！");
+}
+
+TEST_F(FrameTest, WindowCreationFailuresPrintTheFrameLines) {
+    FsCreateDirectory(m_dir / L"common\\DzStrucLib");
+    SetBrowserFactory(g_HoleLib, [] {
+        auto* p = new CFakeBrowser;
+        p->m_bCreatable = false;
+        return p;
+    });
+    m_host.Run({L"DrawingManage"});
+    EXPECT_NE(m_host.m_strPrinted.find(
+                  L"\nUnable to create the dialog.Failed to create modeless dialog box.\n"),
+              std::wstring::npos);
+    EXPECT_EQ(g_HoleLib.pLibDlg, nullptr);
+    m_host.m_editor.m_bHasFrame = false;
+    m_host.Run({L"DrawingManage"});
+    EXPECT_NE(m_host.m_strPrinted.find(L"\nUnable to locate AutoCAD parent window."),
+              std::wstring::npos);
+    EXPECT_EQ(m_host.m_editor.m_docs.ResourceDepth(), 0);
+}
+
+TEST_F(FrameTest, OpenKeepsThePathAndZoomsQuietly) {
+    FsCreateDirectory(m_dir / L"common\\DzStrucLib");
+    m_host.Run({L"DrawingManage", L"SETVAR CMDECHO 2"});
+    g_HoleLib.strDwgFile = L"d:\\lib\\a.dwg";
+    m_host.Run({L"DrawingOpen"});
+    EXPECT_EQ(g_HoleLib.strDwgFile, L"d:\\lib\\a.dwg");
+    EXPECT_EQ(m_host.m_editor.m_vars.Short(L"CMDECHO"), 2);
+    EXPECT_EQ(m_host.m_strPrinted.find(L"ZOOM"), std::wstring::npos); // echo was off
+}
+
+TEST_F(FrameTest, UnloadDestroysOnlyTheHoleWindows) {
+    FsCreateDirectory(m_dir / L"common\\DzStrucLib");
+    FsCreateDirectory(m_dir / L"local");
+    FsCreateDirectory(m_dir / L"local\\InstallHole");
+    m_host.Run({L"DrawingManage", L"LaySketchManage"});
+    ASSERT_NE(g_LayoutLib.pLibDlg, nullptr);
+    int nBefore = CFakeBrowser::m_nDestroyed;
+    m_app.EntryPoint(AcRx::kUnloadAppMsg, nullptr);
+    EXPECT_EQ(g_HoleLib.pLibDlg, nullptr);
+    EXPECT_EQ(CFakeBrowser::m_nDestroyed, nBefore + 1);
+    EXPECT_EQ(g_LayoutLib.pLibDlg, m_pLayout);
+    m_app.EntryPoint(AcRx::kInitAppMsg, nullptr);
+}

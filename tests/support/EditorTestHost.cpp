@@ -1,0 +1,23 @@
+// The headless editor test host.
+#include "EditorTestHost.h"
+
+CEditorTestHost::CEditorTestHost() : m_editor(*this) {
+    HOST_SERVICES services = m_editor.Services();
+    services.pInstallPaths = this;
+    SetHostServices(services);
+    m_editor.m_docs.NewDocument();
+}
+
+void CEditorTestHost::Run(std::deque<std::wstring> lines) {
+    auto pLines = std::make_shared<std::deque<std::wstring>>(std::move(lines));
+    m_editor.SetSource(
+        [pLines](std::wstring& strLine) {
+            if (pLines->empty())
+                return false;
+            strLine = pLines->front();
+            pLines->pop_front();
+            return true;
+        },
+        true);
+    m_editor.RunLoop();
+}
