@@ -54,6 +54,7 @@ HOST_SERVICES CEditorHost::Services() {
     services.pEditor = this;
     services.pCommands = &m_commands;
     services.pDocuments = &m_docs;
+    services.pAutomation = &m_automation;
     return services;
 }
 
@@ -154,6 +155,31 @@ bool CEditorHost::GetInput(const std::wstring& strPrompt, std::wstring& strAnswe
         return false;
     if (m_bEchoInput)
         Print(strAnswer + L"\n");
+    return true;
+}
+
+bool CEditorHost::RunTextNow(CHostDocument* pDoc, const std::wstring& strText) {
+    auto isOpen = [this, pDoc] {
+        for (AcApDocument* p : m_docs.documents())
+            if (p == pDoc)
+                return true;
+        return false;
+    };
+    if (!isOpen() || !m_docs.activateDocument(pDoc))
+        return false;
+    std::deque<POSTED_LINE> waiting;
+    waiting.swap(pDoc->m_posted);
+    m_docs.sendStringToExecute(pDoc, strText, false, true, true);
+    LineSource source = std::move(m_source);
+    m_source = nullptr;
+    while (isOpen() && !pDoc->m_posted.empty() && !m_bQuit) {
+        POSTED_LINE line = pDoc->m_posted.front();
+        pDoc->m_posted.pop_front();
+        ExecuteLine(line.strText, line.bEcho);
+    }
+    m_source = std::move(source);
+    if (isOpen())
+        pDoc->m_posted.insert(pDoc->m_posted.end(), waiting.begin(), waiting.end());
     return true;
 }
 

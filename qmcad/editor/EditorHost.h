@@ -1,6 +1,7 @@
 // The reference host's editor: command loop, input, posted strings, native commands, services.
 #pragma once
 
+#include "editor/Automation.h"
 #include "editor/CommandStack.h"
 #include "editor/DocManager.h"
 #include "editor/SysVars.h"
@@ -42,10 +43,14 @@ public:
 
     // A prompt inside a command: pending answers, then posted lines, then input.
     bool GetInput(const std::wstring& strPrompt, std::wstring& strAnswer);
+    // Runs the text in the document now, as automation's SendCommand does;
+    // prompts read only from the text. Lines posted earlier wait behind it.
+    bool RunTextNow(CHostDocument* pDoc, const std::wstring& strText);
 
     CSysVarStore m_vars;
     CCommandStack m_commands;
     CDocManager m_docs;
+    CAutomation m_automation{*this};
     bool m_bHasFrame = true;
     bool m_bMouseFiltered = false;
 

@@ -1,6 +1,7 @@
 // The editor's functions by name, forwarding to the host's services.
 #include "host/HostEditor.h"
 
+#include "host/HostAutomation.h"
 #include "host/HostCommands.h"
 #include "host/HostDocuments.h"
 #include "host/HostServices.h"
@@ -48,4 +49,7 @@ ICommandStack* acedRegCmds() {
 }
 AcApDocManager* acDocManagerPtr() {
     return GetHostServices().pDocuments;
+}
+IAcadApplication* GetAcadApplication() {
+    return GetHostServices().pAutomation;
 }

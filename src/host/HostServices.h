@@ -2,6 +2,7 @@
 #pragma once
 
 class AcApDocManager;
+class IAcadApplication;
 class ICommandStack;
 class IHostEditor;
 class IHostUi;
@@ -15,6 +16,7 @@ struct HOST_SERVICES {
     IHostEditor* pEditor = nullptr;
     ICommandStack* pCommands = nullptr;
     AcApDocManager* pDocuments = nullptr;
+    IAcadApplication* pAutomation = nullptr;
 };
 
 // The host sets the table before the module's first command and clears it

@@ -87,3 +87,22 @@ TEST(EditorHost, LoadsTheModuleThroughItsEntryPoint) {
     loader.Unload();
     EXPECT_EQ(editor.m_commands.Find(L"DrawingManage"), nullptr);
 }
+
+TEST(EditorHost, AutomationSendCommandRunsNowAndCloseDiscards) {
+    CTestHost ui;
+    CEditorHost editor(ui);
+    IAcadApplication& app = editor.m_automation;
+    EXPECT_EQ(app.ActiveDocument(), nullptr);
+    IAcadDocument* pDoc = app.Documents()->Add(L"");
+    ASSERT_NE(pDoc, nullptr);
+    editor.m_docs.Current()->m_posted.push_back({L"MoveLater", true});
+    // The native answer lines follow the command; the later post waits behind the text.
+    ASSERT_TRUE(pDoc->SendCommand(L"SetVar\nCMDECHO\n0\n(Command \"ZOOM\" \"E\")\n"));
+    EXPECT_EQ(editor.m_vars.Short(L"CMDECHO"), 0);
+    ASSERT_EQ(editor.m_docs.Current()->m_posted.size(), 1u);
+    EXPECT_EQ(app.Documents()->Count(), 1);
+    EXPECT_EQ(app.Documents()->Item(L"drawing1.DWG"), pDoc);
+    EXPECT_TRUE(pDoc->Close(false, L""));
+    EXPECT_FALSE(pDoc->SendCommand(L"ZOOM\nE\n")); // closed: refused, nothing runs
+    EXPECT_EQ(app.Documents()->Open(L"/no/such.dwg"), nullptr);
+}
