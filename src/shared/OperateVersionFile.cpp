@@ -138,8 +138,7 @@ std::wstring COperateVersionFile::NextVersionDate() const {
     return Format(L"%s,%s", strKept, Format(L"%2.2d", nLast));
 }
 
-bool COperateVersionFile::WriteRecords(const CStringArray& arrPaths,
-                                       const CStringArray& arrOprts) {
+bool COperateVersionFile::WriteRecords(const CStringArray& arrPaths, const CStringArray& arrOprts) {
     std::wstring strDate = NextVersionDate();
     std::wstring strHeader = Format(L"版本日期：%s", strDate);
 
@@ -151,8 +150,8 @@ bool COperateVersionFile::WriteRecords(const CStringArray& arrPaths,
     if (arrOprts.size() < arrPaths.size())
         throw std::invalid_argument("fewer operation codes than paths");
     for (size_t i = 0; i < arrPaths.size(); ++i) {
-        auto pInfo = std::make_unique<STRUCT_FILE_INFO>(
-            STRUCT_FILE_INFO{arrPaths[i], strDate, arrOprts[i]});
+        auto pInfo =
+            std::make_unique<STRUCT_FILE_INFO>(STRUCT_FILE_INFO{arrPaths[i], strDate, arrOprts[i]});
         m_arrFileInfo.insert(m_arrFileInfo.begin(), std::move(pInfo));
     }
 
@@ -163,8 +162,8 @@ bool COperateVersionFile::WriteRecords(const CStringArray& arrPaths,
     for (size_t i = 0; i < m_arrFileInfo.size(); ++i) {
         const STRUCT_FILE_INFO& info = *m_arrFileInfo[i];
         bool bLast = i + 1 == m_arrFileInfo.size();
-        strText += Format(bLast ? L"%s|%s|%s" : L"%s|%s|%s\n", info.strPath, info.strDate,
-                          info.strOprt);
+        strText +=
+            Format(bLast ? L"%s|%s|%s" : L"%s|%s|%s\n", info.strPath, info.strDate, info.strOprt);
     }
     file.WriteString(strText);
     file.Close();

@@ -1,4 +1,5 @@
-// The reader and writer of "Server.xml", the version file every workstation of a shared site rewrites.
+// The reader and writer of "Server.xml", the version file every workstation of a shared site
+// rewrites.
 #pragma once
 
 #include "shared/fileops/FileOps.h"

@@ -1,4 +1,5 @@
-// The version file: byte-exact rewrites, the roll-forward of dates, loose reading, the parts-database stamp.
+// The version file: byte-exact rewrites, the roll-forward of dates, loose reading, the
+// parts-database stamp.
 #include "shared/OperateVersionFile.h"
 
 #include "TestData.h"
@@ -78,23 +79,32 @@ TEST_F(VersionFileTest, BatchOverOddFileIsNewestFirstAndDropsBlankAndOldRecords)
     std::wstring strFile = m_dir / L"Server.xml";
     WriteBytes(strFile, ReadTestData("shared/server_odd.xml"));
     COperateVersionFile file(strFile);
-    ASSERT_TRUE(file.UpdateRecords({L"installhole\\a.DWG", L"InstallHole\\b.dwg"}, {L"MOD", L"DEL"}));
+    ASSERT_TRUE(
+        file.UpdateRecords({L"installhole\\a.DWG", L"InstallHole\\b.dwg"}, {L"MOD", L"DEL"}));
     EXPECT_EQ(Hex(ReadBytes(strFile)), Hex(ReadTestData("shared/server_odd_after.xml")));
 }
 
 TEST_F(VersionFileTest, StoredDateAsNewOrNewerRollsTheLastFieldForward) {
     // A seed with the blank sorts below the same day's real stamp: no roll.
-    EXPECT_EQ(HeaderAfterCommitOver(L"版本日期：2026,11,21, 16:02:09"), L"版本日期：2026,11,21,16,02,09");
-    EXPECT_EQ(HeaderAfterCommitOver(L"版本日期：2007,07,07,07,07,07"), L"版本日期：2026,11,21,16,02,09");
-    EXPECT_EQ(HeaderAfterCommitOver(L"版本日期：2026,11,21,16,02,09"), L"版本日期：2026,11,21,16,02,10");
-    EXPECT_EQ(HeaderAfterCommitOver(L"版本日期：2026,11,21,16,02,59"), L"版本日期：2026,11,21,16,02,60");
+    EXPECT_EQ(HeaderAfterCommitOver(L"版本日期：2026,11,21, 16:02:09"),
+              L"版本日期：2026,11,21,16,02,09");
+    EXPECT_EQ(HeaderAfterCommitOver(L"版本日期：2007,07,07,07,07,07"),
+              L"版本日期：2026,11,21,16,02,09");
+    EXPECT_EQ(HeaderAfterCommitOver(L"版本日期：2026,11,21,16,02,09"),
+              L"版本日期：2026,11,21,16,02,10");
+    EXPECT_EQ(HeaderAfterCommitOver(L"版本日期：2026,11,21,16,02,59"),
+              L"版本日期：2026,11,21,16,02,60");
     // A clock behind the site's last stamp: the site's date still grows.
-    EXPECT_EQ(HeaderAfterCommitOver(L"版本日期：2027,01,01,00,00,00"), L"版本日期：2027,01,01,00,00,01");
+    EXPECT_EQ(HeaderAfterCommitOver(L"版本日期：2027,01,01,00,00,00"),
+              L"版本日期：2027,01,01,00,00,01");
     // No carry: 99 becomes 100, and the next roll loses the shape.
-    EXPECT_EQ(HeaderAfterCommitOver(L"版本日期：2026,11,21,16,02,99"), L"版本日期：2026,11,21,16,02,100");
-    EXPECT_EQ(HeaderAfterCommitOver(L"版本日期：2026,11,21,16,02,100"), L"版本日期：2026,11,21,16,02,,01");
+    EXPECT_EQ(HeaderAfterCommitOver(L"版本日期：2026,11,21,16,02,99"),
+              L"版本日期：2026,11,21,16,02,100");
+    EXPECT_EQ(HeaderAfterCommitOver(L"版本日期：2026,11,21,16,02,100"),
+              L"版本日期：2026,11,21,16,02,,01");
     // The prefix is trimmed as a set of characters; a line without it is no header.
-    EXPECT_EQ(HeaderAfterCommitOver(L"版本日期：版：2030,01,01,00,00,00"), L"版本日期：2030,01,01,00,00,01");
+    EXPECT_EQ(HeaderAfterCommitOver(L"版本日期：版：2030,01,01,00,00,00"),
+              L"版本日期：2030,01,01,00,00,01");
     EXPECT_EQ(HeaderAfterCommitOver(L"2030,01,01,00,00,00"), L"版本日期：2026,11,21,16,02,09");
 }
 
@@ -186,6 +196,7 @@ TEST_F(VersionFileTest, MainLibChangeIsSoughtOnlyAboveTheClientDate) {
     EXPECT_TRUE(IsMainLibChanged(strFile, L"版本日期：2026,01,31, 23:59:59"));
     EXPECT_FALSE(IsMainLibChanged(m_dir / L"none.xml", L""));
 
-    WriteBytes(strFile, EncodeText(L"版本日期：2026,03,01,00,00,00\r\na.dwg|2026,03,01,00,00,00|MOD"));
+    WriteBytes(strFile,
+               EncodeText(L"版本日期：2026,03,01,00,00,00\r\na.dwg|2026,03,01,00,00,00|MOD"));
     EXPECT_FALSE(IsMainLibChanged(strFile, L""));
 }
