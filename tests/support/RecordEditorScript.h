@@ -1,36 +1,26 @@
-// A scripted stand-in for the record editor's window: fills the fields, presses OK until refused or
-// accepted.
+// A scripted stand-in for the record editor's window: types the fields given and presses OK once.
 #pragma once
 
 #include "panel/DlnDictionaryAdd.h"
 #include "panel/PanelCatalogue.h"
 
-#include <string>
-
-// Records what the editor was opened with, then types the fields given and
-// presses OK once; a refusal counts as cancelling the window.
+// A refusal counts as cancelling the window; without fields the editor's own stay.
 struct RECORD_EDITOR_SCRIPT {
     bool bPressOk = true;
-    std::wstring strDesc, strW, strH, strT;
-    bool bTypeFields = true;
-
-    CDlnDictionaryAdd opened; // the editor's state right after opening
-    int nOpened = 0;
+    CStringArray arrFields;   // description, width, height, thickness
+    CDlnDictionaryAdd opened; // the editor right after opening
 
     RECORD_EDITOR Editor() {
         return [this](CDlnDictionaryAdd& dlg) {
             dlg.OnInitDialog();
             opened = dlg;
-            ++nOpened;
-            if (!bPressOk)
-                return false;
-            if (bTypeFields) {
-                dlg.m_strDesc = strDesc;
-                dlg.m_strW = strW;
-                dlg.m_strH = strH;
-                dlg.m_strT = strT;
+            if (arrFields.size() == 4) {
+                dlg.m_strDesc = arrFields[0];
+                dlg.m_strW = arrFields[1];
+                dlg.m_strH = arrFields[2];
+                dlg.m_strT = arrFields[3];
             }
-            return dlg.OnOK();
+            return bPressOk && dlg.OnOK();
         };
     }
 };
