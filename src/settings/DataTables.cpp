@@ -7,6 +7,8 @@
 #include "host/SuiteInstallPaths.h"
 #include "shared/fileops/FileOps.h"
 
+#include <iterator>
+
 namespace {
 
 // Module-wide caches; everything runs on the host's main thread.

@@ -1,8 +1,7 @@
-// Fixtures under tests/data: the bytes of a golden file and a copy of an input file.
+// Fixtures under tests/data (QM_TEST_DATA): the bytes of an input or golden file.
 #pragma once
 
 #include <string>
 
-// The system path of a fixture, relative to tests/data ("shared/server_new.xml").
-std::wstring TestDataPath(const std::string& strRel);
+// strRel is relative to tests/data, with slashes ("shared/server_new.xml").
 std::string ReadTestData(const std::string& strRel);
