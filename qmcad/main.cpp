@@ -1,6 +1,7 @@
 // qmcad, the reference host: for now it sets up an installation and shows its libraries.
 #include "ConsoleUi.h"
 #include "demo/DemoInstall.h"
+#include "ftp/CurlFtpClient.h"
 #include "suite/SuiteConfig.h"
 
 #include "base/FileSystem.h"
@@ -83,6 +84,8 @@ int main(int argc, char** argv) {
     HOST_SERVICES services;
     services.pUi = &ui;
     services.pInstallPaths = &config;
+    CCurlFtpClient ftp;
+    services.pFtp = &ftp;
     SetHostServices(services);
 
     acutPrintf(L"Quillmarch qmcad, suite settings %s\n", Utf8ToWide(strConfigFile));
