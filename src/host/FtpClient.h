@@ -56,6 +56,8 @@ public:
     // ("*" and "?", case-sensitive; "*.*" matches every name). A pattern
     // without a directory lists the current one. "." and ".." are never
     // listed. False when the directory cannot be listed or nothing matched.
+    // One call serves both the search object and the raw find-first /
+    // find-next walk: the caller steps through the entries.
     virtual bool FindFiles(const std::wstring& strPattern, std::vector<FTP_FIND_DATA>& found) = 0;
 };
 
