@@ -1,4 +1,4 @@
-// Lines of the servers' LIST output and the remote name patterns.
+// Lines of the servers' LIST output.
 #include "ftp/FtpListing.h"
 
 #include <gtest/gtest.h>
@@ -27,14 +27,4 @@ TEST(FtpListingTest, ReadsUnixAndDosLinesAndSkipsTheRest) {
          {"total 12", "", "\r", "drwxr-xr-x 2 u g 4096 Nov 21 16:03 .",
           "drwxr-xr-x 2 u g 4096 Nov 21 16:03 ..", "garbage", "-rw-r--r-- 1 u g 5 Nov 21 16:03"})
         EXPECT_FALSE(ParseListLine(pszLine, e)) << pszLine;
-}
-
-TEST(FtpListingTest, MatchesPatternsCaseSensitivelyWithStarDotStarForAll) {
-    EXPECT_TRUE(MatchRemotePattern(L"*.*", L"noext"));
-    EXPECT_TRUE(MatchRemotePattern(L"*.dwg", L"a.dwg"));
-    EXPECT_FALSE(MatchRemotePattern(L"*.dwg", L"a.DWG"));
-    EXPECT_TRUE(MatchRemotePattern(L"a?c*", L"abc.dwg"));
-    EXPECT_FALSE(MatchRemotePattern(L"a?c", L"ac"));
-    EXPECT_TRUE(MatchRemotePattern(L"#.txt", L"#.txt"));
-    EXPECT_FALSE(MatchRemotePattern(L"a.dwg", L"a.dwg.bak"));
 }
