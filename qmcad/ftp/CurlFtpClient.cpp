@@ -288,7 +288,7 @@ bool CCurlFtpConnection::Login(std::wstring& strError) {
         if (rc == CURLE_OK) {
             char* pszEntry = nullptr;
             curl_easy_getinfo(m_pCurl, CURLINFO_FTP_ENTRY_PATH, &pszEntry);
-            m_strCwd = L"/";
+            m_strCwd = L"/"; // an entry path that is not absolute counts from the root
             m_strCwd = Absolute(pszEntry ? FromWire(pszEntry) : L"/");
             return true;
         }
