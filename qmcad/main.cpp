@@ -3,6 +3,7 @@
 #include "PluginLoader.h"
 #include "demo/DemoInstall.h"
 #include "editor/EditorHost.h"
+#include "ftp/CurlFtpClient.h"
 #include "suite/SuiteConfig.h"
 
 #include "base/FileSystem.h"
@@ -110,6 +111,8 @@ int main(int argc, char** argv) {
     CEditorHost editor(ui);
     HOST_SERVICES services = editor.Services();
     services.pInstallPaths = &config;
+    CCurlFtpClient ftp;
+    services.pFtp = &ftp;
     SetHostServices(services);
     editor.m_docs.NewDocument();
     PrintDemoSummary(config);

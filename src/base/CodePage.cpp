@@ -71,7 +71,15 @@ std::string GetTextCodePage() {
 }
 
 std::string EncodeText(std::wstring_view text) {
-    CConverter& conv = *ConvertersFor(CurrentCodePage()).pEncode;
+    return EncodeTextIn(CurrentCodePage(), text);
+}
+
+std::wstring DecodeText(std::string_view bytes) {
+    return DecodeTextIn(CurrentCodePage(), bytes);
+}
+
+std::string EncodeTextIn(const std::string& strCodePage, std::wstring_view text) {
+    CConverter& conv = *ConvertersFor(strCodePage).pEncode;
     std::string out;
     if (!conv.IsOpen()) { // unknown code page: keep ASCII, mark the rest
         for (wchar_t wc : text)
@@ -95,8 +103,8 @@ std::string EncodeText(std::wstring_view text) {
     return out;
 }
 
-std::wstring DecodeText(std::string_view bytes) {
-    CConverter& conv = *ConvertersFor(CurrentCodePage()).pDecode;
+std::wstring DecodeTextIn(const std::string& strCodePage, std::string_view bytes) {
+    CConverter& conv = *ConvertersFor(strCodePage).pDecode;
     std::wstring out;
     if (!conv.IsOpen()) {
         for (char c : bytes)

@@ -17,3 +17,8 @@ std::string EncodeText(std::wstring_view text);
 // per offending byte, and decoding goes on after it: never a failure, never
 // a loop that does not advance.
 std::wstring DecodeText(std::string_view bytes);
+
+// The same in a code page named by the caller (an FTP server's file names,
+// for one), with the same rules for what cannot be converted.
+std::string EncodeTextIn(const std::string& strCodePage, std::wstring_view text);
+std::wstring DecodeTextIn(const std::string& strCodePage, std::string_view bytes);

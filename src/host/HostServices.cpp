@@ -1,6 +1,7 @@
 // The module's copy of the host's service table and the free functions over it.
 #include "host/HostServices.h"
 
+#include "host/FtpClient.h"
 #include "host/HostUi.h"
 #include "host/SuiteInstallPaths.h"
 
@@ -64,4 +65,8 @@ int GetCurFTPLoginStatus() {
 }
 std::wstring TzGetQuillmCurVer() {
     return g_services.pInstallPaths ? g_services.pInstallPaths->CurrentVersion() : L"";
+}
+
+std::unique_ptr<IFtpSession> OpenFtpSession() {
+    return g_services.pFtp ? g_services.pFtp->OpenSession() : nullptr;
 }

@@ -5,6 +5,7 @@ class AcApDocManager;
 class IAcadApplication;
 class ICommandStack;
 class IHostEditor;
+class IFtpClient;
 class IHostUi;
 class ISuiteInstallPaths;
 
@@ -17,6 +18,7 @@ struct HOST_SERVICES {
     ICommandStack* pCommands = nullptr;
     AcApDocManager* pDocuments = nullptr;
     IAcadApplication* pAutomation = nullptr;
+    IFtpClient* pFtp = nullptr;
 };
 
 // The host sets the table before the module's first command and clears it

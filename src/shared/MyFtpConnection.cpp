@@ -1,0 +1,264 @@
+// The connection life of the site's client: login, one retry per transfer, uploads, remote tests.
+#include "shared/MyFtpConnection.h"
+#include "shared/OperateVersionFile.h"
+
+#include "shared/FtpLoginInfo.h"
+
+#include "base/CodePage.h"
+#include "base/FileSystem.h"
+#include "base/Format.h"
+#include "base/Network.h"
+#include "base/StrUtil.h"
+#include "host/HostUi.h"
+#include "host/SuiteInstallPaths.h"
+
+#include <cstdlib>
+#include <cwchar>
+
+CMyFtpConnection::CMyFtpConnection()
+    : CMyFtpConnection(JoinPath(GetInstallPath_QM(), kFtpLoginFile)) {}
+
+CMyFtpConnection::CMyFtpConnection(const std::wstring& strLoginFile)
+    : m_strLoginFile(strLoginFile), m_strInstallPath(GetInstallPath_QM()) {
+    m_bTempUpload = IsFileExist(JoinPath(GetParentPath(m_strLoginFile), kTempUploadMarker));
+}
+
+CMyFtpConnection::~CMyFtpConnection() {
+    CloseConnection();
+}
+
+bool CMyFtpConnection::Connect() {
+    CStringArray lines;
+    if (!ReadLoginInfo(m_strLoginFile, lines))
+        return false;
+    m_strSitePath = lines[LOGIN_LINE_SITE];
+    std::wstring strUser = lines[LOGIN_LINE_USER];
+    std::wstring strPassword = lines[LOGIN_LINE_PASSWORD];
+    if (lines[LOGIN_LINE_ANONYMOUS] == L"1") {
+        strUser.clear();
+        strPassword.clear();
+    }
+    bool bPassive = lines[LOGIN_LINE_PASSIVE] == L"1";
+    auto nPort = static_cast<uint16_t>(std::wcstol(lines[LOGIN_LINE_PORT].c_str(), nullptr, 10));
+
+    m_pSession = OpenFtpSession();
+    if (!m_pSession)
+        return false;
+    m_pSession->SetOption(INTERNET_OPTION_CONNECT_TIMEOUT, m_sessionOptions.nConnectTimeoutMs);
+    m_pSession->SetOption(INTERNET_OPTION_SEND_TIMEOUT, m_sessionOptions.nSendTimeoutMs);
+    m_pSession->SetOption(INTERNET_OPTION_RECEIVE_TIMEOUT, m_sessionOptions.nReceiveTimeoutMs);
+    m_pSession->SetOption(INTERNET_OPTION_CONNECT_BACKOFF, m_sessionOptions.nConnectBackoffMs);
+    m_pSession->SetOption(INTERNET_OPTION_CONNECT_RETRIES, m_sessionOptions.nConnectRetries);
+
+    std::wstring strError;
+    m_pConnection = m_pSession->GetFtpConnection(lines[LOGIN_LINE_HOST], strUser, strPassword,
+                                                 nPort, bPassive, strError);
+    if (!m_pConnection) {
+        CloseConnection();
+        // The platform hands the message over in a buffer of 200 characters.
+        acutPrintf(L"\n%s", StrLeft(strError, 199) + L"\n请检查网络连接后再重试!");
+        return false;
+    }
+    if (!m_strSitePath.empty() && !m_pConnection->SetCurrentDirectory(m_strSitePath)) {
+        CloseConnection();
+        QmMessageBox(
+            Format(L"设置站点当前路径失败!\n可能原因:FTP站点中路径名%s不存在", m_strSitePath),
+            MB_ICONSTOP);
+        return false;
+    }
+    return true;
+}
+
+void CMyFtpConnection::CloseConnection() {
+    if (m_pConnection)
+        m_pConnection->Close();
+    m_pConnection.reset();
+    m_pSession.reset();
+}
+
+bool CMyFtpConnection::WithOneRetry(const std::function<bool(IFtpConnection&)>& operation) {
+    if (m_pConnection && operation(*m_pConnection))
+        return true;
+    CloseConnection();
+    if (!Connect())
+        return false;
+    return operation(*m_pConnection);
+}
+
+bool CMyFtpConnection::EnsureConnected() {
+    if (m_pConnection)
+        return true;
+    m_pSession.reset();
+    return Connect();
+}
+
+void CMyFtpConnection::ReturnToSite() {
+    if (m_pConnection)
+        m_pConnection->SetCurrentDirectory(L"/" + m_strSitePath);
+}
+
+bool CMyFtpConnection::DownloadFile(std::wstring strRemote, std::wstring strLocal) {
+    strRemote = StrTrim(strRemote);
+    strLocal = StrTrim(strLocal);
+    std::wstring strLocalDir = GetParentPath(strLocal);
+    if (!IsDirExist(strLocalDir))
+        CreateDirPath(strLocalDir);
+    return WithOneRetry(
+        [&](IFtpConnection& connection) { return connection.GetFile(strRemote, strLocal); });
+}
+
+// Both odd sequences of a failed first attempt are kept as the clients have
+// always behaved: a retry after a reconnect puts "#.txt" into the site
+// directory, and an upload that starts unconnected finishes the previous
+// upload's rename with the members as that one left them.
+bool CMyFtpConnection::UploadFile(std::wstring strLocal, std::wstring& strRemote) {
+    strLocal = StrTrim(strLocal);
+    strRemote = StrTrim(strRemote);
+    if (m_pConnection && m_bTempUpload) {
+        m_strTempTarget = strRemote;
+        m_strTempDir = StrLeft(strRemote, StrReverseFind(strRemote, L'\\'));
+        if (!m_strTempDir.empty()) {
+            m_strTempName = Format(L"%s\\#.txt", m_strTempDir);
+            m_pConnection->SetCurrentDirectory(m_strTempDir + L"\\");
+        } else {
+            m_strTempName = L"#.txt";
+        }
+        strRemote = L"#.txt";
+    }
+    bool bOk = WithOneRetry(
+        [&](IFtpConnection& connection) { return connection.PutFile(strLocal, strRemote); });
+    if (!bOk) {
+        QmMessageBox(Format(L"文件 %s 上传失败，请确认是否被其它客户端用户调用！", strRemote),
+                     MB_ICONEXCLAMATION);
+        return false;
+    }
+    if (m_bTempUpload) {
+        if (!m_strTempDir.empty())
+            ReturnToSite();
+        m_pConnection->Remove(m_strTempTarget);
+        m_pConnection->Rename(m_strTempName, m_strTempTarget);
+        strRemote = m_strTempTarget;
+    }
+    return true;
+}
+
+// A download, not a listing. The scratch directory is made when missing:
+// without it every file would read as absent.
+bool CMyFtpConnection::RemoteFileExists(const std::wstring& strRemote) {
+    if (!EnsureConnected())
+        return false;
+    std::wstring strTempDir = JoinPath(m_strInstallPath, kTempFtpDir);
+    if (!IsDirExist(strTempDir))
+        CreateDirPath(strTempDir);
+    std::wstring strScratch = JoinPath(strTempDir, L"Exist.dwg");
+    bool bOk = WithOneRetry(
+        [&](IFtpConnection& connection) { return connection.GetFile(strRemote, strScratch); });
+    if (bOk)
+        FsDeleteFile(strScratch);
+    return bOk;
+}
+
+bool CMyFtpConnection::FindRemoteFile(const std::wstring& strDir, const std::wstring& strName) {
+    if (!EnsureConnected())
+        return false;
+    if (!strDir.empty())
+        m_pConnection->SetCurrentDirectory(strDir);
+    std::vector<FTP_FIND_DATA> found;
+    bool bFound = m_pConnection->FindFiles(strName, found);
+    if (!bFound && HasFileExt(strName)) {
+        std::wstring strUpper = RemoveFileExt(strName) + L"." + StrMakeUpper(GetFileExt(strName));
+        bFound = m_pConnection->FindFiles(strUpper, found);
+    }
+    if (!strDir.empty())
+        ReturnToSite();
+    return bFound;
+}
+
+bool CMyFtpConnection::RemoteDirExists(const std::wstring& strPath) {
+    if (!m_pConnection)
+        return false;
+    std::vector<FTP_FIND_DATA> found;
+    m_pConnection->FindFiles(JoinPath(GetParentPath(strPath), L"*.*"), found);
+    for (const FTP_FIND_DATA& entry : found) {
+        if (!entry.bDirectory)
+            continue;
+        std::wstring strEntry = entry.strFilePath;
+        StrReplace(strEntry, L"/", L"\\");
+        if (EqualsNoCase(strEntry, strPath))
+            return true;
+    }
+    return false;
+}
+
+// Each level is tested by entering it, not by a listing.
+bool CMyFtpConnection::CreateRemoteDir(std::wstring strPath) {
+    if (!EnsureConnected())
+        return false;
+    std::wstring strHome;
+    m_pConnection->GetCurrentDirectory(strHome);
+    if (strPath.empty())
+        return false;
+    strPath = StrTrimRight(strPath, L"\\") + L"\\";
+    for (int nSep = StrFind(strPath, L'\\'); nSep >= 0; nSep = StrFind(strPath, L'\\', nSep + 1)) {
+        std::wstring strPrefix = StrLeft(strPath, nSep);
+        if (!m_pConnection->SetCurrentDirectory(strPrefix) &&
+            !m_pConnection->CreateDirectory(strPrefix)) {
+            m_pConnection->SetCurrentDirectory(strHome);
+            return false;
+        }
+        m_pConnection->SetCurrentDirectory(strHome);
+    }
+    return true;
+}
+
+bool CMyFtpConnection::ListRemoteDir(const std::wstring& strDir, CStringArray& dirs,
+                                     CStringArray& files) {
+    dirs.clear();
+    files.clear();
+    if (!EnsureConnected())
+        return false;
+    std::vector<FTP_FIND_DATA> found;
+    std::wstring strPattern = strDir.empty() ? L"*.*" : JoinPath(strDir, L"*.*");
+    m_pConnection->FindFiles(strPattern, found);
+    for (const FTP_FIND_DATA& entry : found)
+        (entry.bDirectory ? dirs : files).push_back(entry.strName);
+    return true;
+}
+
+// The files of a level first, then its subdirectories, each in full.
+bool CMyFtpConnection::DownloadDir(const std::wstring& strRemoteDir,
+                                   const std::wstring& strLocalDir) {
+    CStringArray dirs, files;
+    if (!ListRemoteDir(strRemoteDir, dirs, files))
+        return false;
+    bool bOk = IsDirExist(strLocalDir) || CreateDirPath(strLocalDir);
+    for (const std::wstring& strFile : files)
+        bOk = DownloadFile(JoinPath(strRemoteDir, strFile), JoinPath(strLocalDir, strFile)) && bOk;
+    for (const std::wstring& strSub : dirs)
+        bOk = DownloadDir(JoinPath(strRemoteDir, strSub), JoinPath(strLocalDir, strSub)) && bOk;
+    return bOk;
+}
+
+std::wstring GetLocalIP() {
+    if (const char* pszId = std::getenv("QM_HOST_ID"); pszId && *pszId)
+        return Utf8ToWide(pszId);
+    std::string strName, strAddress;
+    if (NetGetHostName(strName))
+        NetGetHostIPv4(strName, strAddress);
+    return Format(L"%s(%s)", DecodeText(strAddress), DecodeText(strName));
+}
+
+void ClearTempFTP() {
+    std::wstring strDir = JoinPath(GetInstallPath_QM(), kTempFtpDir);
+    std::vector<FS_FIND_DATA> found;
+    if (!FsFind(JoinPath(strDir, L"*.*"), found))
+        return;
+    for (const FS_FIND_DATA& entry : found)
+        if (!entry.bDirectory)
+            FsDeleteFile(JoinPath(strDir, entry.strName));
+}
+
+bool CMyFtpConnection::IsMainLibChanged(const std::wstring& strServerFile,
+                                        const std::wstring& strClientHeader) {
+    return ::IsMainLibChanged(strServerFile, strClientHeader);
+}

@@ -1,0 +1,59 @@
+// A real FTP server process for the tests, and a recorder of the module's FTP calls.
+#pragma once
+
+#include "TestHost.h"
+
+#include "host/FtpClient.h"
+
+#include <string>
+#include <vector>
+
+struct FTP_TEST_SERVER_OPTIONS {
+    std::string strEncoding = "utf8"; // file names on the wire: "utf8" or "gbk"
+    bool bNoStoreDir = false;         // a directory "nostore" where uploads are refused
+};
+
+// Debian's pyftpdlib on 127.0.0.1 with a fresh root. Users "qm" and
+// "viewer" (read only), both with the password "secret", and anonymous.
+// The process is stopped at the latest when the object goes.
+class CFtpTestServer {
+public:
+    CFtpTestServer() = default;
+    ~CFtpTestServer();
+    CFtpTestServer(const CFtpTestServer&) = delete;
+    CFtpTestServer& operator=(const CFtpTestServer&) = delete;
+
+    // Starts on a free port, or on the port of the previous start after a
+    // Stop; returns once the server accepts connections.
+    bool Start(const FTP_TEST_SERVER_OPTIONS& options = {});
+    void Stop();
+    // Freezes the process: connections stay open and nothing is answered.
+    void Pause();
+    void Resume();
+
+    int Port() const { return m_nPort; }
+    // The server's root on disk (system path with a final backslash).
+    const std::wstring& Root() const { return m_root.Path(); }
+    std::wstring operator/(const std::wstring& strRel) const { return m_root / strRel; }
+
+private:
+    CTempDir m_root;
+    int m_pid = -1;
+    int m_nPort = 0;
+    bool m_bPaused = false;
+};
+
+// Passes every call to a real client and writes one line per call into
+// m_log: "login", "GetFile remote", "PutFile remote", "Remove remote",
+// "Rename from to", "Cd dir", "Mkd dir", "Find pattern".
+class CRecordingFtpClient : public IFtpClient {
+public:
+    explicit CRecordingFtpClient(IFtpClient& real) : m_real(real) {}
+    std::unique_ptr<IFtpSession> OpenSession() override;
+    int Count(const std::wstring& strPrefix) const; // lines that begin with the prefix
+
+    std::vector<std::wstring> m_log;
+
+private:
+    IFtpClient& m_real;
+};
