@@ -3,6 +3,7 @@
 
 #include "host/HostUi.h"
 #include "host/SuiteInstallPaths.h"
+#include "host/SuiteLabelNames.h"
 
 namespace {
 HOST_SERVICES g_services;
@@ -64,4 +65,15 @@ int GetCurFTPLoginStatus() {
 }
 std::wstring TzGetQuillmCurVer() {
     return g_services.pInstallPaths ? g_services.pInstallPaths->CurrentVersion() : L"";
+}
+
+bool TzDll_CreatZhuangZhiAndDzNameArray(CZhuangZhiDzNameArray& devices,
+                                        CZhuangZhiDzNameArray& terminals) {
+    devices.clear();
+    terminals.clear();
+    return g_services.pLabelNames &&
+           g_services.pLabelNames->CreatZhuangZhiAndDzNameArray(devices, terminals);
+}
+std::wstring TzDll_GetZhuangZhiAndDzNameStamp() {
+    return g_services.pLabelNames ? g_services.pLabelNames->NameTablesStamp() : L"";
 }

@@ -3,12 +3,14 @@
 
 class IHostUi;
 class ISuiteInstallPaths;
+class ISuiteLabelNames;
 
 // Plain pointers owned by the host; a null entry is a service the host
 // does not offer, and every call through it fails plainly.
 struct HOST_SERVICES {
     IHostUi* pUi = nullptr;
     ISuiteInstallPaths* pInstallPaths = nullptr;
+    ISuiteLabelNames* pLabelNames = nullptr;
 };
 
 // The host sets the table before the module's first command and clears it
