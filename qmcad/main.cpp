@@ -2,6 +2,7 @@
 #include "ConsoleUi.h"
 #include "demo/DemoInstall.h"
 #include "suite/SuiteConfig.h"
+#include "suite/SuiteLabelNames.h"
 
 #include "base/FileSystem.h"
 #include "base/StrUtil.h"
@@ -80,9 +81,13 @@ int main(int argc, char** argv) {
                      strConfigFile.c_str());
         return 1;
     }
+    CSuiteLabelNames labelNames(config);
+    if (!strDemoDir.empty())
+        labelNames.WriteDefaultFiles();
     HOST_SERVICES services;
     services.pUi = &ui;
     services.pInstallPaths = &config;
+    services.pLabelNames = &labelNames;
     SetHostServices(services);
 
     acutPrintf(L"Quillmarch qmcad, suite settings %s\n", Utf8ToWide(strConfigFile));

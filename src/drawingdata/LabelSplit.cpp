@@ -299,7 +299,7 @@ std::wstring FileStamp(const std::wstring& strPath) {
     FS_FIND_DATA info;
     if (strPath.empty() || !FsGetInfo(strPath, info))
         return strPath + L"|-";
-    return Format(L"%s|%d|%d", strPath, info.nModified, info.nSize);
+    return Format(L"%s|%d.%09d|%d", strPath, info.nModified, info.nModifiedNs, info.nSize);
 }
 
 const LABEL_NAME_CACHE& CurrentLabelNames() {
