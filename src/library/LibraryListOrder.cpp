@@ -33,9 +33,13 @@ struct PATH_ELEMENT {
     LABEL_KEY cut;  // the element before its first dash
 };
 
+// One name: its stem's element inline, so that the inner loop reads one
+// entry after the other; directories as element ids in a shared array.
 struct NAME_ENTRY {
-    std::vector<int> dirs; // element ids of the directories
-    int nStem = 0;         // element id of the file name without extension
+    PATH_ELEMENT stem;
+    int nDirs = 0;
+    int nDirOffset = 0;
+    int nIndex = 0; // position in the names as given
 };
 
 uint64_t Biased(int n) {
@@ -46,36 +50,40 @@ class CLabelSorter {
 public:
     explicit CLabelSorter(const CStringArray& names) {
         for (const std::wstring& name : names)
-            m_names.push_back(ParseName(name));
+            m_names.push_back(ParseName(name, static_cast<int>(m_names.size())));
         RankMids();
+        for (size_t i = 0; i < m_names.size(); ++i)
+            m_names[i].stem = m_elements[m_stemIds[i]];
     }
 
     // Rules for the pair earlier A and later B: true when B must come first.
     bool MustSwap(const NAME_ENTRY& a, const NAME_ENTRY& b) const {
-        size_t k = 0;
-        while (k < a.dirs.size() && k < b.dirs.size() &&
-               m_elements[a.dirs[k]].nFoldId == m_elements[b.dirs[k]].nFoldId)
+        if (a.nDirs == 0 && b.nDirs == 0)
+            return Compare(a.stem, b.stem) > 0;
+        const int* pDirsA = m_dirIds.data() + a.nDirOffset;
+        const int* pDirsB = m_dirIds.data() + b.nDirOffset;
+        int k = 0;
+        while (k < a.nDirs && k < b.nDirs &&
+               m_elements[pDirsA[k]].nFoldId == m_elements[pDirsB[k]].nFoldId)
             ++k;
-        bool bDirA = k < a.dirs.size(), bDirB = k < b.dirs.size();
+        bool bDirA = k < a.nDirs, bDirB = k < b.nDirs;
         if (bDirA != bDirB)
             return bDirA; // items of a directory precede those of its subdirectories
         if (!bDirA)
-            return Compare(m_elements[a.nStem], m_elements[b.nStem]) > 0;
-        return Compare(m_elements[a.dirs[k]], m_elements[b.dirs[k]]) > 0;
+            return Compare(a.stem, b.stem) > 0;
+        return Compare(m_elements[pDirsA[k]], m_elements[pDirsB[k]]) > 0;
     }
 
-    void Sort(CStringArray& names) const {
-        std::vector<int> order(names.size());
-        for (size_t i = 0; i < order.size(); ++i)
-            order[i] = static_cast<int>(i);
-        for (size_t i = 0; i < order.size(); ++i)
-            for (size_t j = i + 1; j < order.size(); ++j)
-                if (MustSwap(m_names[order[i]], m_names[order[j]]))
-                    std::swap(order[i], order[j]);
+    void Sort(CStringArray& names) {
+        std::vector<NAME_ENTRY> entries = m_names;
+        for (size_t i = 0; i < entries.size(); ++i)
+            for (size_t j = i + 1; j < entries.size(); ++j)
+                if (MustSwap(entries[i], entries[j]))
+                    std::swap(entries[i], entries[j]);
         CStringArray sorted;
         sorted.reserve(names.size());
-        for (int n : order)
-            sorted.push_back(std::move(names[n]));
+        for (const NAME_ENTRY& entry : entries)
+            sorted.push_back(std::move(names[entry.nIndex]));
         names.swap(sorted);
     }
 
@@ -110,16 +118,18 @@ private:
         return it->second;
     }
 
-    NAME_ENTRY ParseName(const std::wstring& name) {
+    NAME_ENTRY ParseName(const std::wstring& name, int nIndex) {
         NAME_ENTRY entry;
-        CStringArray parts;
+        entry.nIndex = nIndex;
+        entry.nDirOffset = static_cast<int>(m_dirIds.size());
         size_t nStart = 0;
         for (size_t nAt; (nAt = name.find(L'\\', nStart)) != std::wstring::npos; nStart = nAt + 1)
-            entry.dirs.push_back(ElementId(name.substr(nStart, nAt - nStart)));
+            m_dirIds.push_back(ElementId(name.substr(nStart, nAt - nStart)));
+        entry.nDirs = static_cast<int>(m_dirIds.size()) - entry.nDirOffset;
         std::wstring stem = name.substr(nStart);
         if (size_t nDot = stem.rfind(L'.'); nDot != std::wstring::npos)
             stem.resize(nDot);
-        entry.nStem = ElementId(stem);
+        m_stemIds.push_back(ElementId(stem));
         return entry;
     }
 
@@ -146,6 +156,8 @@ private:
     }
 
     std::vector<NAME_ENTRY> m_names;
+    std::vector<int> m_stemIds;
+    std::vector<int> m_dirIds;
     std::vector<PATH_ELEMENT> m_elements;
     std::vector<std::pair<STRUCT_LABEL_KEY, STRUCT_LABEL_KEY>> m_keys;
     std::unordered_map<std::wstring, int> m_elementIds;
@@ -155,7 +167,8 @@ private:
 } // namespace
 
 void SortByLabel(CStringArray& names) {
-    CLabelSorter(names).Sort(names);
+    CLabelSorter sorter(names);
+    sorter.Sort(names);
 }
 
 void SortLibraryNames(CStringArray& names) {
