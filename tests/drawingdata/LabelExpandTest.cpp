@@ -27,7 +27,6 @@ TEST(LabelExpand, SingleRanges) {
     EXPECT_EQ(Expand(L"A~C"), (L{L"A", L"B", L"C"}));
     EXPECT_TRUE(Expand(L"A~c").empty());
     EXPECT_EQ(Expand(L"KM3~KM1"), (L{L"KM1", L"KM2", L"KM3"}));
-    EXPECT_EQ(Expand(L"KM1～KM2"), (L{L"KM1", L"KM2"}));
     EXPECT_EQ(Expand(L"1~3KM"), (L{L"1KM", L"2KM", L"3KM"}));
     EXPECT_EQ(Expand(L"1D~3D"), (L{L"1D", L"2D", L"3D"}));
     EXPECT_EQ(Expand(L"KM1~3"), (L{L"KM1", L"KM2", L"KM3"}));
@@ -68,7 +67,7 @@ TEST(LabelExpand, ListFormGatesDiffer) {
 
 TEST(LabelExpand, ListsInheritThePrefix) {
     EXPECT_EQ(Expand(L"KM1,2,3"), (L{L"KM1", L"KM2", L"KM3"}));
-    EXPECT_EQ(Expand(L"KM1，2"), (L{L"KM1", L"KM2"}));
+    EXPECT_EQ(Expand(L"KM1，2～3"), (L{L"KM1", L"KM2", L"KM3"})); // full-width marks
     EXPECT_EQ(Expand(L"1-KM1,2"), (L{L"1-KM1", L"1-KM2"}));
     // Inside a list "KM1~2" passes gate Y, and "5" inherits from its last entry.
     EXPECT_EQ(Expand(L"KM1~2,5"), (L{L"0KM1", L"1KM1", L"2KM1", L"2KM5"}));

@@ -29,16 +29,7 @@ std::wstring SplitTerminal(const std::wstring& label) {
 
 } // namespace
 
-TEST(SuiteLabelNames, FileFormat) {
-    CTempDir dir;
-    ASSERT_TRUE(WriteTextFile(dir / L"names.txt", L"# 端子排\n\n XT | 1 \nX\nD|0\n|1\nZ|x\n"));
-    CZhuangZhiDzNameArray table;
-    ASSERT_TRUE(CSuiteLabelNames::ReadNameFile(dir / L"names.txt", table));
-    EXPECT_EQ(Rows(table), L"XT=1 X=1 D=0 Z=0 ");
-    EXPECT_FALSE(CSuiteLabelNames::ReadNameFile(dir / L"missing.txt", table));
-}
-
-TEST(SuiteLabelNames, DefaultsWithoutFilesAndWrittenDefaultsReadBack) {
+TEST(SuiteLabelNames, DefaultsStandInForMissingFiles) {
     CTestHost host;
     CTempDir dir;
     host.m_strCommonRes = dir.Path();
@@ -51,9 +42,13 @@ TEST(SuiteLabelNames, DefaultsWithoutFilesAndWrittenDefaultsReadBack) {
 
     ASSERT_TRUE(names.WriteDefaultFiles());
     EXPECT_NE(names.NameTablesStamp(), strStamp);
-    CZhuangZhiDzNameArray fromFile;
-    ASSERT_TRUE(CSuiteLabelNames::ReadNameFile(dir / L"Data\\TzZhuangZhiName.txt", fromFile));
-    EXPECT_EQ(Rows(fromFile), Rows(CSuiteLabelNames::DefaultDevices()));
+    ASSERT_TRUE(names.CreatZhuangZhiAndDzNameArray(devices, terminals)); // now from the files
+    EXPECT_EQ(Rows(devices), Rows(CSuiteLabelNames::DefaultDevices()));
+
+    ASSERT_TRUE(
+        WriteTextFile(dir / L"Data\\TzDzName.txt", L"# 端子排\n\n XT | 1 \nX\nD|0\n|1\nZ|x\n"));
+    ASSERT_TRUE(names.CreatZhuangZhiAndDzNameArray(devices, terminals));
+    EXPECT_EQ(Rows(terminals), L"XT=1 X=1 D=0 Z=0 ");
 
     host.m_strCommonRes.clear();
     EXPECT_FALSE(names.CreatZhuangZhiAndDzNameArray(devices, terminals));
