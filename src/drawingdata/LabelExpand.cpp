@@ -137,20 +137,19 @@ void ExpandLabelRange(const std::wstring& range, CStringArray& outLabels) {
 
 namespace {
 
-// "KM1,2,3": a bare number takes the prefix of the nearest label before it.
+// "KM1,2,3": a bare number takes the prefix of the nearest label before it
+// that is not a bare number (which may itself have inherited one).
 void InheritPrefixes(CStringArray& labels) {
+    long long nNearest = labels.empty() || IsAllDigits(labels[0]) ? -1 : 0;
     for (size_t i = 1; i < labels.size(); ++i) {
+        if (IsAllDigits(labels[i]) && nNearest >= 0) {
+            std::wstring strPrefix, strNumber;
+            SplitTrailingNumber(labels[nNearest], strPrefix, strNumber);
+            if (!strPrefix.empty() && IsAllDigits(strNumber))
+                labels[i] = strPrefix + labels[i];
+        }
         if (!IsAllDigits(labels[i]))
-            continue;
-        size_t j = i;
-        while (j > 0 && IsAllDigits(labels[j - 1]))
-            --j;
-        if (j == 0)
-            continue;
-        std::wstring strPrefix, strNumber;
-        SplitTrailingNumber(labels[j - 1], strPrefix, strNumber);
-        if (!strPrefix.empty() && IsAllDigits(strNumber))
-            labels[i] = strPrefix + labels[i];
+            nNearest = static_cast<long long>(i);
     }
 }
 
