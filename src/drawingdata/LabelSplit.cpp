@@ -8,6 +8,8 @@
 #include "drawingdata/LabelText.h"
 #include "host/HostServices.h"
 
+#include <algorithm>
+
 namespace {
 
 // Whether a name found at nPos counts by its row's flag.
