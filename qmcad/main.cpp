@@ -5,6 +5,7 @@
 #include "editor/EditorHost.h"
 #include "ftp/CurlFtpClient.h"
 #include "suite/SuiteConfig.h"
+#include "suite/SuiteLabelNames.h"
 
 #include "base/FileSystem.h"
 #include "base/StrUtil.h"
@@ -113,6 +114,10 @@ int main(int argc, char** argv) {
     services.pInstallPaths = &config;
     CCurlFtpClient ftp;
     services.pFtp = &ftp;
+    CSuiteLabelNames labelNames(config);
+    if (!opt.strDemoDir.empty())
+        labelNames.WriteDefaultFiles();
+    services.pLabelNames = &labelNames;
     SetHostServices(services);
     editor.m_docs.NewDocument();
     PrintDemoSummary(config);

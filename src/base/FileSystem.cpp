@@ -38,6 +38,7 @@ FS_FIND_DATA MakeFindData(const std::wstring& strName, const struct stat& st) {
     data.bReadOnly = (st.st_mode & S_IWUSR) == 0;
     data.nSize = data.bDirectory ? 0 : static_cast<int64_t>(st.st_size);
     data.nModified = static_cast<int64_t>(st.st_mtime);
+    data.nModifiedNs = static_cast<int64_t>(st.st_mtim.tv_nsec);
     return data;
 }
 

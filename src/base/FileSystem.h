@@ -12,7 +12,8 @@ struct FS_FIND_DATA {
     bool bDirectory = false;
     bool bReadOnly = false; // no write permission for the owner
     int64_t nSize = 0;
-    int64_t nModified = 0; // seconds since 1970
+    int64_t nModified = 0;   // seconds since 1970
+    int64_t nModifiedNs = 0; // and nanoseconds within that second, where the file system keeps them
 };
 
 // Matches a name against a pattern with "*" and "?", without regard to

@@ -4,6 +4,7 @@
 #include "host/FtpClient.h"
 #include "host/HostUi.h"
 #include "host/SuiteInstallPaths.h"
+#include "host/SuiteLabelNames.h"
 
 namespace {
 HOST_SERVICES g_services;
@@ -69,4 +70,15 @@ std::wstring TzGetQuillmCurVer() {
 
 std::unique_ptr<IFtpSession> OpenFtpSession() {
     return g_services.pFtp ? g_services.pFtp->OpenSession() : nullptr;
+}
+
+bool TzDll_CreatZhuangZhiAndDzNameArray(CZhuangZhiDzNameArray& devices,
+                                        CZhuangZhiDzNameArray& terminals) {
+    devices.clear();
+    terminals.clear();
+    return g_services.pLabelNames &&
+           g_services.pLabelNames->CreatZhuangZhiAndDzNameArray(devices, terminals);
+}
+std::wstring TzDll_GetZhuangZhiAndDzNameStamp() {
+    return g_services.pLabelNames ? g_services.pLabelNames->NameTablesStamp() : L"";
 }

@@ -8,6 +8,7 @@ class IHostEditor;
 class IFtpClient;
 class IHostUi;
 class ISuiteInstallPaths;
+class ISuiteLabelNames;
 
 // Plain pointers owned by the host; a null entry is a service the host
 // does not offer, and every call through it fails plainly.
@@ -19,6 +20,7 @@ struct HOST_SERVICES {
     AcApDocManager* pDocuments = nullptr;
     IAcadApplication* pAutomation = nullptr;
     IFtpClient* pFtp = nullptr;
+    ISuiteLabelNames* pLabelNames = nullptr;
 };
 
 // The host sets the table before the module's first command and clears it
