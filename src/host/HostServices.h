@@ -1,6 +1,7 @@
 // The table through which the host hands its services to the module.
 #pragma once
 
+class IDrawingPreview;
 class IHostUi;
 class ISuiteInstallPaths;
 
@@ -9,6 +10,7 @@ class ISuiteInstallPaths;
 struct HOST_SERVICES {
     IHostUi* pUi = nullptr;
     ISuiteInstallPaths* pInstallPaths = nullptr;
+    IDrawingPreview* pDrawingPreview = nullptr;
 };
 
 // The host sets the table before the module's first command and clears it
