@@ -7,25 +7,14 @@
 
 namespace {
 
-// The palette's 24 hues at full strength, 15 degrees apart, from red.
-COLORREF HueColour(int nHue) {
-    static const int kRamp[5] = {0, 63, 127, 191, 255};
-    int nSector = nHue / 4, nStep = nHue % 4;
-    int up = kRamp[nStep], down = kRamp[4 - nStep];
-    switch (nSector) {
-    case 0:
-        return RGB(255, up, 0);
-    case 1:
-        return RGB(down, 255, 0);
-    case 2:
-        return RGB(0, 255, up);
-    case 3:
-        return RGB(0, down, 255);
-    case 4:
-        return RGB(up, 0, 255);
-    default:
-        return RGB(255, 0, down);
-    }
+// The palette's 24 hues, 15 degrees apart from red, as quarters of full
+// strength for red, green and blue.
+void HueQuarters(int nHue, int q[3]) {
+    int nSector = nHue / 4, up = nHue % 4, down = 4 - up;
+    const int kSectors[6][3] = {{4, up, 0},   {down, 4, 0}, {0, 4, up},
+                                {0, down, 4}, {up, 0, 4},   {4, 0, down}};
+    for (int i = 0; i < 3; ++i)
+        q[i] = kSectors[nSector][i];
 }
 
 std::array<COLORREF, 256> MakeAciTable() {
@@ -35,16 +24,17 @@ std::array<COLORREF, 256> MakeAciTable() {
                                  RGB(255, 0, 255),   RGB(255, 255, 255), RGB(128, 128, 128),
                                  RGB(192, 192, 192)};
     std::copy(std::begin(kFirst), std::end(kFirst), t.begin());
-    // Each hue in five strengths, each strength full and pale.
-    const int kStrength[5] = {255, 204, 153, 127, 76};
+    // Each hue in five strengths, each strength full and pale (halfway to grey).
+    const double kStrength[5] = {255, 204, 153, 127, 76};
     for (int nHue = 0; nHue < 24; ++nHue) {
-        COLORREF c = HueColour(nHue);
+        int q[3];
+        HueQuarters(nHue, q);
         for (int k = 0; k < 10; ++k) {
-            int rgb[3] = {GetRValue(c), GetGValue(c), GetBValue(c)};
-            for (int& v : rgb) {
-                if (k % 2)
-                    v = 127 + (v + 1) / 2;
-                v = static_cast<int>(std::lround(v * kStrength[k / 2] / 255.0));
+            double v = kStrength[k / 2];
+            int rgb[3];
+            for (int i = 0; i < 3; ++i) {
+                double c = v * q[i] / 4;
+                rgb[i] = static_cast<int>(k % 2 ? (v + c) / 2 : c);
             }
             t[10 + nHue * 10 + k] = RGB(rgb[0], rgb[1], rgb[2]);
         }
@@ -71,7 +61,7 @@ SLIDE_MAPPING FitSlide(const CSlide& slide, int nWidth, int nHeight) {
     double sw = std::max(slide.m_nHighX, 1), sh = std::max(slide.m_nHighY, 1);
     // Non-square screen pixels: a y unit is this many x units long.
     double f = sh > 0 && slide.m_dAspect > 0 ? sw / (slide.m_dAspect * sh) : 1.0;
-    m.dYFactor = std::isfinite(f) ? std::clamp(1.0 / f, 0.1, 10.0) : 1.0;
+    m.dYFactor = std::isfinite(f) ? std::clamp(f, 0.1, 10.0) : 1.0;
     double ext = sh * m.dYFactor;
     m.dScale = std::min((nWidth - 1) / sw, (nHeight - 1) / ext);
     m.dOffX = ((nWidth - 1) - sw * m.dScale) / 2;
