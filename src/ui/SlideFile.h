@@ -13,11 +13,13 @@ struct STRUCT_SLIDE_VECTOR {
     int nToX = 0;
     int nToY = 0;
     int nColour = 7; // the editor's colour index
+    bool operator==(const STRUCT_SLIDE_VECTOR&) const = default;
 };
 
 struct STRUCT_SLIDE_POINT {
     int x = 0;
     int y = 0;
+    bool operator==(const STRUCT_SLIDE_POINT&) const = default;
 };
 
 // A filled polygon, drawn before the vector at index nBefore.
@@ -25,6 +27,7 @@ struct STRUCT_SLIDE_FILL {
     int nColour = 7;
     size_t nBefore = 0;
     std::vector<STRUCT_SLIDE_POINT> points;
+    bool operator==(const STRUCT_SLIDE_FILL&) const = default;
 };
 
 class CSlide {

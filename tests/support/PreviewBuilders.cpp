@@ -1,8 +1,5 @@
-// Byte builders for DIBs and DWG thumbnail sections; PNG reading and writing with libpng.
+// Byte builders for DIBs and the thumbnail section of DWG-shaped files.
 #include "PreviewBuilders.h"
-
-#include <cstdio>
-#include <png.h>
 
 namespace {
 
@@ -99,43 +96,4 @@ std::string MakeDwgBytes(const std::string& image, const std::vector<int>& codes
     }
     s.append(32, '\0'); // the drawing's other sections
     return s;
-}
-
-bool WritePng(const CImageSurface& surface, const std::string& strOsPath) {
-    std::FILE* fp = std::fopen(strOsPath.c_str(), "wb");
-    if (!fp)
-        return false;
-    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
-    png_infop info = png ? png_create_info_struct(png) : nullptr;
-    bool bOk = info && !setjmp(png_jmpbuf(png));
-    if (bOk) {
-        png_init_io(png, fp);
-        png_set_IHDR(png, info, surface.Width(), surface.Height(), 8, PNG_COLOR_TYPE_RGBA,
-                     PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
-        png_write_info(png, info);
-        for (int y = 0; y < surface.Height(); ++y)
-            png_write_row(png, surface.Bytes() + static_cast<size_t>(y) * surface.Width() * 4);
-        png_write_end(png, nullptr);
-    }
-    png_destroy_write_struct(&png, &info);
-    std::fclose(fp);
-    return bOk;
-}
-
-bool ReadPng(const std::string& strOsPath, CImageSurface& surface) {
-    png_image image{};
-    image.version = PNG_IMAGE_VERSION;
-    if (!png_image_begin_read_from_file(&image, strOsPath.c_str()))
-        return false;
-    image.format = PNG_FORMAT_RGBA;
-    std::vector<uint8_t> bytes(PNG_IMAGE_SIZE(image));
-    if (!png_image_finish_read(&image, nullptr, bytes.data(), 0, nullptr))
-        return false;
-    surface.Create(static_cast<int>(image.width), static_cast<int>(image.height));
-    for (int y = 0; y < surface.Height(); ++y)
-        for (int x = 0; x < surface.Width(); ++x) {
-            const uint8_t* p = &bytes[(static_cast<size_t>(y) * image.width + x) * 4];
-            surface.SetPixel(x, y, RGB(p[0], p[1], p[2]));
-        }
-    return true;
 }

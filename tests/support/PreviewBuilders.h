@@ -1,4 +1,4 @@
-// Builders of DIBs and DWG-shaped files for the preview tests, and PNG files of painted surfaces.
+// Builders of DIBs and DWG-shaped files for the preview tests.
 #pragma once
 
 #include "ui/DibFormat.h"
@@ -20,7 +20,3 @@ HDIB ToDib(const std::string& bytes);
 // offset at byte 13, the sentinel, and one entry per code. Code 1 entries
 // hold 80 bytes of header data, the others the image.
 std::string MakeDwgBytes(const std::string& image, const std::vector<int>& codes = {1, 2});
-
-// PNG files through libpng, rows top to bottom, RGBA.
-bool WritePng(const CImageSurface& surface, const std::string& strOsPath);
-bool ReadPng(const std::string& strOsPath, CImageSurface& surface);
