@@ -6,6 +6,7 @@ class IAcadApplication;
 class ICommandStack;
 class IHostEditor;
 class IFtpClient;
+class IDrawingPreview;
 class IHostUi;
 class ISuiteInstallPaths;
 class ISuiteLabelNames;
@@ -21,6 +22,7 @@ struct HOST_SERVICES {
     IAcadApplication* pAutomation = nullptr;
     IFtpClient* pFtp = nullptr;
     ISuiteLabelNames* pLabelNames = nullptr;
+    IDrawingPreview* pDrawingPreview = nullptr;
 };
 
 // The host sets the table before the module's first command and clears it
