@@ -1,6 +1,8 @@
 // Slide file records: vectors, offset vectors, common endpoints, solid fills, colours, end of file.
 #include "ui/SlideFile.h"
 
+#include "ui/ClipSegment.h"
+
 #include "base/FileSystem.h"
 
 #include <algorithm>
@@ -313,35 +315,6 @@ bool WriteSlideFile(const std::wstring& strPath, const CSlide& slide) {
     return FsWriteBinary(strPath, WriteSlide(slide));
 }
 
-namespace {
-
-// Cuts the segment to the box; false when nothing of it lies inside.
-bool ClipSegment(double& x1, double& y1, double& x2, double& y2, double w, double h) {
-    double t0 = 0, t1 = 1, dx = x2 - x1, dy = y2 - y1;
-    double p[4] = {-dx, dx, -dy, dy};
-    double q[4] = {x1, w - x1, y1, h - y1};
-    for (int i = 0; i < 4; ++i) {
-        if (p[i] == 0) {
-            if (q[i] < 0)
-                return false;
-            continue;
-        }
-        double t = q[i] / p[i];
-        if (p[i] < 0)
-            t0 = std::max(t0, t);
-        else
-            t1 = std::min(t1, t);
-        if (t0 > t1)
-            return false;
-    }
-    double ox = x1, oy = y1;
-    x1 = ox + t0 * dx, y1 = oy + t0 * dy;
-    x2 = ox + t1 * dx, y2 = oy + t1 * dy;
-    return true;
-}
-
-} // namespace
-
 bool MakeViewSlide(const std::vector<STRUCT_VIEW_VECTOR>& vectors, double minX, double minY,
                    double maxX, double maxY, int nWidth, int nHeight, CSlide& slide) {
     slide = CSlide{};
@@ -359,7 +332,7 @@ bool MakeViewSlide(const std::vector<STRUCT_VIEW_VECTOR>& vectors, double minX, 
     for (const STRUCT_VIEW_VECTOR& v : vectors) {
         double x1 = (v.x1 - cx) * dScale + w / 2, y1 = (v.y1 - cy) * dScale + h / 2;
         double x2 = (v.x2 - cx) * dScale + w / 2, y2 = (v.y2 - cy) * dScale + h / 2;
-        if (!std::isfinite(x1 + y1 + x2 + y2) || !ClipSegment(x1, y1, x2, y2, w, h))
+        if (!std::isfinite(x1 + y1 + x2 + y2) || !ClipSegmentToBox(x1, y1, x2, y2, w, h))
             continue;
         slide.m_vectors.push_back({static_cast<int>(std::lround(x1)),
                                    static_cast<int>(std::lround(y1)),

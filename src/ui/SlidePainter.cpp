@@ -1,6 +1,8 @@
 // Slide painting: fit to the cell, clip, draw vectors and filled polygons in index colours.
 #include "ui/SlidePainter.h"
 
+#include "ui/ClipSegment.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -70,32 +72,8 @@ SLIDE_MAPPING FitSlide(const CSlide& slide, int nWidth, int nHeight) {
     return m;
 }
 
-// Liang-Barsky against the surface; false when the segment misses it.
-bool Clip(double& x1, double& y1, double& x2, double& y2, double w, double h) {
-    double t0 = 0, t1 = 1, dx = x2 - x1, dy = y2 - y1;
-    const double p[4] = {-dx, dx, -dy, dy};
-    const double q[4] = {x1, w - x1, y1, h - y1};
-    for (int i = 0; i < 4; ++i) {
-        if (p[i] == 0) {
-            if (q[i] < 0)
-                return false;
-            continue;
-        }
-        double t = q[i] / p[i];
-        if (p[i] < 0)
-            t0 = std::max(t0, t);
-        else
-            t1 = std::min(t1, t);
-        if (t0 > t1)
-            return false;
-    }
-    double ox = x1, oy = y1;
-    x1 = ox + t0 * dx, y1 = oy + t0 * dy, x2 = ox + t1 * dx, y2 = oy + t1 * dy;
-    return true;
-}
-
 void DrawLine(CImageSurface& s, double x1, double y1, double x2, double y2, uint32_t pixel) {
-    if (!Clip(x1, y1, x2, y2, s.Width() - 1, s.Height() - 1))
+    if (!ClipSegmentToBox(x1, y1, x2, y2, s.Width() - 1, s.Height() - 1))
         return;
     int ax = static_cast<int>(std::lround(x1)), ay = static_cast<int>(std::lround(y1));
     int bx = static_cast<int>(std::lround(x2)), by = static_cast<int>(std::lround(y2));

@@ -65,29 +65,20 @@ void SetBrowserFactory(CLibState& state, const ModelessFactory& factory) {
     (&state == &g_LayoutLib ? g_layoutFactory : g_holeFactory) = factory;
 }
 
-void CmdDrawingManage() {
-    CLibState& state = g_HoleLib;
-    if (!EnterLibraryMode(state))
-        return;
-    if (state.pLibDlg) {
-        RaiseExistingBrowser(state);
-        return;
-    }
-    state.ResetHandOver();
-    state.strRoot = WithBackslash(GetQuillmCommonResInstallPath());
-    if (state.strRoot.empty())
-        return;
-    // First run: the sentinel is made and the user types the command again.
-    std::wstring strSentinel = Format(L"%sDzStrucLib\\", state.strRoot);
-    if (IsDirExist(strSentinel))
-        CreateBrowser(state, g_holeFactory, L"CCircuitLibDlg");
-    else
-        CreateDirPath(strSentinel);
-    state.ResetHandOver();
-}
+namespace {
 
-void CmdLaySketchManage() {
-    CLibState& state = g_LayoutLib;
+// What differs between the two browser starts.
+struct LIBRARY_START {
+    CLibState& state;
+    std::wstring (*pfnRoot)();
+    const wchar_t* pszSentinelFormat;
+    bool bMakeMissingSentinel; // hole: made silently; layout: refused with a box
+    const ModelessFactory& factory;
+    const wchar_t* pszClass;
+};
+
+void StartLibrary(const LIBRARY_START& lib) {
+    CLibState& state = lib.state;
     if (!EnterLibraryMode(state))
         return;
     if (state.pLibDlg) {
@@ -95,15 +86,30 @@ void CmdLaySketchManage() {
         return;
     }
     state.ResetHandOver();
-    state.strRoot = WithBackslash(GetQuillmLocalInstallPath());
+    state.strRoot = WithBackslash(lib.pfnRoot());
     if (state.strRoot.empty())
         return;
-    std::wstring strSentinel = Format(L"%sInstallHole\\", state.strRoot);
+    std::wstring strSentinel = Format(lib.pszSentinelFormat, state.strRoot);
     if (IsDirExist(strSentinel))
-        CreateBrowser(state, g_layoutFactory, L"CLaySketchLibDlg");
+        CreateBrowser(state, lib.factory, lib.pszClass);
+    else if (lib.bMakeMissingSentinel)
+        CreateDirPath(strSentinel); // first run: the user types the command again
     else
         QmMessageBox(Format(L"屏面布置图库目录 %s 不存在！", strSentinel), MB_ICONEXCLAMATION);
     state.ResetHandOver();
+}
+
+} // namespace
+
+void CmdDrawingManage() {
+    StartLibrary({g_HoleLib, GetQuillmCommonResInstallPath, L"%sDzStrucLib\\", true, g_holeFactory,
+                  L"CCircuitLibDlg"});
+}
+
+// The layout browser looks for the hole library's name under the local root.
+void CmdLaySketchManage() {
+    StartLibrary({g_LayoutLib, GetQuillmLocalInstallPath, L"%sInstallHole\\", false,
+                  g_layoutFactory, L"CLaySketchLibDlg"});
 }
 
 namespace {
