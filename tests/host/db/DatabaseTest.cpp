@@ -37,7 +37,9 @@ TEST(Database, OpenRulesAndErasedObjectsInIterators) {
     AcDbEntity *p1 = nullptr, *p2 = nullptr;
     ASSERT_EQ(acdbOpenObject(p1, a, AcDb::kForRead), Acad::eOk);
     ASSERT_EQ(acdbOpenObject(p2, a, AcDb::kForRead), Acad::eOk);
-    EXPECT_EQ(acdbOpenObject(p2, a, AcDb::kForWrite), Acad::eWasOpenForRead);
+    AcDbEntity* pWriter = nullptr;
+    EXPECT_EQ(acdbOpenObject(pWriter, a, AcDb::kForWrite), Acad::eWasOpenForRead);
+    EXPECT_EQ(pWriter, nullptr);
     EXPECT_EQ(p1->setColorIndex(1), Acad::eNotOpenForWrite);
     EXPECT_EQ(p1->upgradeOpen(), Acad::eInvalidOpenState); // another reader holds it
     p1->close();
