@@ -1,6 +1,7 @@
 // qmcad, the reference host: for now it sets up an installation and shows its libraries.
 #include "ConsoleUi.h"
 #include "demo/DemoInstall.h"
+#include "dxf/DxfCodec.h"
 #include "suite/SuiteConfig.h"
 
 #include "base/FileSystem.h"
@@ -66,6 +67,7 @@ int main(int argc, char** argv) {
             return Usage();
     }
     CConsoleUi ui;
+    acdbSetFileCodec(&GetDxfCodec()); // drawings are DXF files whatever their names
     CSuiteConfig config;
     if (!strDemoDir.empty()) {
         if (!MakeDemoInstall(strDemoDir, config)) {

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdio>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -209,6 +210,44 @@ Acad::ErrorStatus AcDbDimension::transformBy(const AcGeMatrix3d& m) {
     m_dimLine = m.apply(m_dimLine);
     m_text = m.apply(m_text);
     return Acad::eOk;
+}
+
+void AcDbDimension::onAddedToDatabase(AcDbDatabase& db, bool bLoading) {
+    if (bLoading || m_blockId.isValid())
+        return;
+    AcDbBlockTable* pTable = nullptr;
+    if (db.getBlockTable(pTable, AcDb::kForWrite) != Acad::eOk)
+        return;
+    auto* pBlock = new AcDbBlockTableRecord;
+    pBlock->setNameRaw(L"*D");
+    Acad::ErrorStatus es = pTable->add(m_blockId, pBlock);
+    pTable->close();
+    if (es != Acad::eOk) {
+        delete pBlock;
+        return;
+    }
+    // The dimension line runs through the dimension line point, along the
+    // measured direction; the extension lines drop onto it.
+    AcGeVector3d dir = m_x2 - m_x1;
+    if (auto* pRot = dynamic_cast<AcDbRotatedDimension*>(this))
+        dir = AcGeVector3d(std::cos(pRot->rotation()), std::sin(pRot->rotation()), 0);
+    double len = dir.length();
+    if (len > 0)
+        dir = dir * (1.0 / len);
+    auto foot = [&](const AcGePoint3d& p) {
+        AcGeVector3d d = p - m_dimLine;
+        double t = d.x * dir.x + d.y * dir.y + d.z * dir.z;
+        return m_dimLine + dir * t;
+    };
+    AcGePoint3d f1 = foot(m_x1), f2 = foot(m_x2);
+    for (auto [a, b] : {std::pair{m_x1, f1}, std::pair{m_x2, f2}, std::pair{f1, f2}}) {
+        auto* pLine = new AcDbLine(a, b);
+        if (pBlock->appendAcDbEntity(pLine) == Acad::eOk)
+            pLine->close();
+        else
+            delete pLine;
+    }
+    pBlock->close();
 }
 
 Acad::ErrorStatus AcDbRotatedDimension::transformBy(const AcGeMatrix3d& m) {

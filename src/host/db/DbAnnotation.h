@@ -151,6 +151,9 @@ public:
 
 protected:
     AcDbDimension() = default;
+    // A new dimension gets its anonymous "*D" block of graphics, as the
+    // editor computes one: the extension lines and the dimension line.
+    void onAddedToDatabase(AcDbDatabase& db, bool bLoading) override;
 
 private:
     AcGePoint3d m_x1, m_x2, m_dimLine, m_text;

@@ -155,8 +155,9 @@ protected:
     template <class T>
     friend Acad::ErrorStatus acdbOpenObject(T*&, AcDbObjectId, AcDb::OpenMode, bool);
     Acad::ErrorStatus openAs(AcDb::OpenMode mode, bool bOpenErased);
-    // Called when the object joins a database, to give handles to parts it owns.
-    virtual void onAddedToDatabase(AcDbDatabase&) {}
+    // Called when the object joins a database, to give handles to parts it
+    // owns; bLoading when it comes from a file and is complete already.
+    virtual void onAddedToDatabase(AcDbDatabase&, bool /*bLoading*/) {}
 
     AcDbStub* m_pStub = nullptr;
 

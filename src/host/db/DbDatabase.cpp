@@ -182,7 +182,7 @@ Acad::ErrorStatus AcDbDatabase::addAcDbObject(AcDbObjectId& id, AcDbObject* pObj
     p->pObject = pObj;
     pObj->m_pStub = p;
     pObj->m_bWriter = true;
-    pObj->onAddedToDatabase(*this);
+    pObj->onAddedToDatabase(*this, false);
     id = AcDbObjectId(p);
     return Acad::eOk;
 }
@@ -196,7 +196,7 @@ Acad::ErrorStatus AcDbDatabase::adoptObject(AcDbObject* pObj, const AcDbHandle& 
         return Acad::eDuplicateKey;
     p->pObject = pObj;
     pObj->m_pStub = p;
-    pObj->onAddedToDatabase(*this);
+    pObj->onAddedToDatabase(*this, true);
     return Acad::eOk;
 }
 

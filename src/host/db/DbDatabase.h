@@ -77,6 +77,11 @@ public:
     Acad::ErrorStatus getAcDbObjectId(AcDbObjectId& id, bool bCreate, const AcDbHandle& h);
     AcDbHandle handseed() const { return AcDbHandle(m_nHandseed); }
     AcDbHandle allocateHandle() { return AcDbHandle(m_nHandseed++); }
+    // For the codec: the file's next free handle; the seed never goes down.
+    void raiseHandseed(const AcDbHandle& h) {
+        if (h.value() > m_nHandseed)
+            m_nHandseed = h.value();
+    }
 
     // Header values.
     AcGePoint3d insbase() const { return m_insbase; }

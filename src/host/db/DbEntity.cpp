@@ -263,7 +263,7 @@ AcDbHeavyPolyline::AcDbHeavyPolyline(const AcDbHeavyPolyline& o)
         v.handle = AcDbHandle(); // a copy's vertices get their own handles
 }
 
-void AcDbHeavyPolyline::onAddedToDatabase(AcDbDatabase& db) {
+void AcDbHeavyPolyline::onAddedToDatabase(AcDbDatabase& db, bool) {
     for (AcDbPolylineVertex& v : m_verts)
         if (v.handle.isNull())
             v.handle = db.allocateHandle();

@@ -160,7 +160,7 @@ public:
 protected:
     AcDbHeavyPolyline() = default;
     AcDbHeavyPolyline(const AcDbHeavyPolyline& o);
-    void onAddedToDatabase(AcDbDatabase& db) override;
+    void onAddedToDatabase(AcDbDatabase& db, bool bLoading) override;
 
 private:
     std::vector<AcDbPolylineVertex> m_verts;

@@ -64,10 +64,10 @@ Acad::ErrorStatus AcDbSymbolTable::add(AcDbObjectId& id, AcDbSymbolTableRecord* 
     if (!pRec->objectId().isNull())
         return Acad::eAlreadyInDb;
     AcDbDatabase* pDb = database();
-    if (EqualsNoCase(pRec->name(), L"*U")) {
-        std::wstring name;
+    if (EqualsNoCase(pRec->name(), L"*U") || EqualsNoCase(pRec->name(), L"*D")) {
+        std::wstring name, prefix = StrMakeUpper(pRec->name());
         do
-            name = Format(L"*U%d", ++pDb->m_nAnonymousCounter);
+            name = Format(L"%s%d", prefix, ++pDb->m_nAnonymousCounter);
         while (has(name));
         pRec->setNameRaw(name);
     } else if (has(pRec->name())) {
@@ -134,7 +134,7 @@ AcDbObject* AcDbBlockTableRecord::clone() const {
     return p;
 }
 
-void AcDbBlockTableRecord::onAddedToDatabase(AcDbDatabase& db) {
+void AcDbBlockTableRecord::onAddedToDatabase(AcDbDatabase& db, bool) {
     if (m_beginHandle.isNull())
         m_beginHandle = db.allocateHandle();
     if (m_endHandle.isNull())

@@ -40,7 +40,7 @@ public:
     }
     bool has(const std::wstring& name) const;
     // Adds the record to the database; the record stays open for write. A
-    // block named "*U" gets the next free "*U<n>" name.
+    // block named "*U" or "*D" gets the next free "*U<n>" or "*D<n>" name.
     Acad::ErrorStatus add(AcDbObjectId& id, AcDbSymbolTableRecord* pRec);
     Acad::ErrorStatus add(AcDbSymbolTableRecord* pRec);
     Acad::ErrorStatus newIterator(AcDbSymbolTableIterator*& pIter, bool bAtBeginning = true,
@@ -104,7 +104,7 @@ public:
 
 protected:
     bool acceptsStarNames() const override { return true; }
-    void onAddedToDatabase(AcDbDatabase& db) override;
+    void onAddedToDatabase(AcDbDatabase& db, bool bLoading) override;
 
 private:
     AcGePoint3d m_origin;
