@@ -180,7 +180,7 @@ Acad::ErrorStatus AcDbObject::close() {
 }
 
 Acad::ErrorStatus AcDbObject::upgradeOpen() {
-    if (m_bWriter)
+    if (m_bWriter || !m_pStub)
         return Acad::eOk;
     if (m_nReaders != 1)
         return Acad::eInvalidOpenState;

@@ -47,6 +47,49 @@ AcDbHostApplicationServices* acdbHostApplicationServices() {
     return &services;
 }
 
+resbuf* acdbTblSearch(const wchar_t* pTable, const wchar_t* pName, int /*nNext*/) {
+    AcDbDatabase* pDb = acdbHostApplicationServices()->workingDatabase();
+    if (!pDb || !pTable || !pName)
+        return nullptr;
+    std::wstring table = pTable;
+    AcDbObjectId tableId = table == L"APPID"      ? pDb->regAppTableId()
+                           : table == L"LAYER"    ? pDb->layerTableId()
+                           : table == L"BLOCK"    ? pDb->blockTableId()
+                           : table == L"DIMSTYLE" ? pDb->dimStyleTableId()
+                           : table == L"LTYPE"    ? pDb->linetypeTableId()
+                           : table == L"STYLE"    ? pDb->textStyleTableId()
+                                                  : AcDbObjectId();
+    AcDbSymbolTable* p =
+        tableId.isValid() ? dynamic_cast<AcDbSymbolTable*>(tableId.stub()->pObject) : nullptr;
+    AcDbObjectId id;
+    if (!p || p->getAt(pName, id) != Acad::eOk)
+        return nullptr;
+    auto* pRec = static_cast<AcDbSymbolTableRecord*>(id.stub()->pObject);
+    resbuf* rb = acutNewStringRb(2, pRec->name());
+    rb->rbnext = acutNewShortRb(70, static_cast<short>(pRec->m_nFlags));
+    return rb;
+}
+
+int acdbRegApp(const wchar_t* pApp) {
+    AcDbDatabase* pDb = acdbHostApplicationServices()->workingDatabase();
+    AcDbRegAppTable* pTable = nullptr;
+    if (!pDb || !pApp || pDb->getRegAppTable(pTable, AcDb::kForWrite) != Acad::eOk)
+        return RTERROR;
+    Acad::ErrorStatus es = Acad::eOk;
+    if (!pTable->has(pApp)) {
+        auto* pRec = new AcDbRegAppTableRecord;
+        es = pRec->setName(pApp);
+        if (es == Acad::eOk)
+            es = pTable->add(pRec);
+        if (es == Acad::eOk)
+            pRec->close();
+        else
+            delete pRec;
+    }
+    pTable->close();
+    return es == Acad::eOk ? RTNORM : RTERROR;
+}
+
 bool acdbGetPreviewBitmapFromDwg(const wchar_t* pPath, std::vector<uint8_t>& bitmap) {
     bitmap.clear();
     return g_pCodec && pPath && g_pCodec->ReadThumbnail(pPath, bitmap);

@@ -166,5 +166,13 @@ private:
 };
 AcDbHostApplicationServices* acdbHostApplicationServices();
 
+// The editor's table search on the working drawing: a chain with the
+// record's name (group 2) and flags (70), or null. The caller frees it.
+// Tables: "APPID", "LAYER", "BLOCK", "DIMSTYLE", "LTYPE", "STYLE".
+resbuf* acdbTblSearch(const wchar_t* pTable, const wchar_t* pName, int nNext = 0);
+// Registers an application in the working drawing: RTNORM, or RTERROR
+// without a working drawing or for an invalid name.
+int acdbRegApp(const wchar_t* pApp);
+
 // Reads the preview bitmap of a drawing file through the codec.
 bool acdbGetPreviewBitmapFromDwg(const wchar_t* pPath, std::vector<uint8_t>& bitmap);
