@@ -217,8 +217,11 @@ void CDxfText::Encode(std::wstring_view text, std::string& out) {
 
 void CDxfTagWriter::Code(int nCode) {
     char buf[16];
-    int n = std::snprintf(buf, sizeof buf, "%3d\n", nCode);
-    m_out.append(buf, n);
+    auto [p, ec] = std::to_chars(buf, buf + sizeof buf, nCode);
+    for (long pad = 3 - (p - buf); pad > 0; --pad) // right-aligned in three columns
+        m_out.push_back(' ');
+    m_out.append(buf, p);
+    m_out.push_back('\n');
 }
 
 void CDxfTagWriter::Str(int nCode, std::string_view value) {
