@@ -415,6 +415,8 @@ void WriteEntityBody(CDxfTagWriter& w, const AcDbEntity& ent) {
         w.Point(11, std::cos(p->rotation()), std::sin(p->rotation()), 0);
     } else if (auto* p = dynamic_cast<const AcDbBlockReference*>(&ent)) {
         w.Str(100, "AcDbBlockReference");
+        if (!p->m_followers.empty())
+            w.Int(66, 1);
         w.Text(2, NameOf(p->blockTableRecord()));
         w.Point(10, p->position().x, p->position().y, p->position().z);
         AcGeScale3d s = p->scaleFactors();

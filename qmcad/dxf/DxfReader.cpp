@@ -45,6 +45,7 @@ private:
     void ReadBlocks();
     void ReadEntity(std::string_view type, AcDbBlockTableRecord* pDefault);
     void ReadObject(std::string_view type);
+    void ReadFollowers(AcDbEntity* pOwner);
     void ReadTableRecord(std::string_view type, AcDbSymbolTable* pTable);
     void SkipRecords();
     size_t Common(AcDbObject& obj, uint64_t& nHandle, uint64_t& nOwner, bool bKeepRaw,
@@ -479,26 +480,8 @@ void CDxfReader::ReadEntity(std::string_view type, AcDbBlockTableRecord* pDefaul
     for (const auto& t : m_tags)
         if (t.nCode == 66 && DxfInt(t.value) == 1)
             bFollowers = true;
-    if (strType == "POLYLINE" || bFollowers) {
-        auto* pPoly = dynamic_cast<AcDbHeavyPolyline*>(pEnt);
-        while (m_in.Next(m_tag) && m_tag.nCode == 0) {
-            std::string_view sub = m_tag.value;
-            bool bEnd = sub == "SEQEND";
-            if (sub != "VERTEX" && sub != "ATTRIB" && !bEnd) {
-                m_in.PushBack();
-                break;
-            }
-            Collect();
-            if (bEnd) {
-                for (const auto& t : m_tags)
-                    if (t.nCode == 5 && pPoly)
-                        pPoly->m_seqendHandle = AcDbHandle(DxfHandle(t.value));
-                break;
-            }
-            if (pPoly)
-                ReadPolylineVertex(*pPoly, m_tags);
-        }
-    }
+    if (strType == "POLYLINE" || bFollowers)
+        ReadFollowers(pEnt);
     AcDbBlockTableRecord* pBlock = nullptr;
     if (auto it = m_blocksByHandle.find(nOwner); it != m_blocksByHandle.end())
         pBlock = it->second;
@@ -509,6 +492,40 @@ void CDxfReader::ReadEntity(std::string_view type, AcDbBlockTableRecord* pDefaul
     if (!refs.strBlock.empty() || !refs.strDimStyle.empty())
         m_refs.push_back({pEnt, refs});
     m_pending.push_back({pEnt, nHandle, 0, pBlock, nullptr});
+}
+
+// Vertices of a modelled polyline go into it; attributes and the vertices
+// of meshes are kept verbatim with their owner.
+void CDxfReader::ReadFollowers(AcDbEntity* pOwner) {
+    auto* pPoly = dynamic_cast<AcDbHeavyPolyline*>(pOwner);
+    DXF_FOLLOWERS* pKept = nullptr;
+    if (auto* pRef = dynamic_cast<AcDbBlockReference*>(pOwner))
+        pKept = &pRef->m_followers;
+    else if (auto* pUnknown = dynamic_cast<AcDbUnknownEntity*>(pOwner))
+        pKept = &pUnknown->m_followers;
+    while (m_in.Next(m_tag) && m_tag.nCode == 0) {
+        std::string strSub(m_tag.value);
+        bool bEnd = strSub == "SEQEND";
+        if (strSub != "VERTEX" && strSub != "ATTRIB" && !bEnd) {
+            m_in.PushBack();
+            return;
+        }
+        Collect();
+        if (pKept) {
+            std::vector<DXF_TAG> tags{{0, Utf8ToWide(strSub)}};
+            for (const auto& t : m_tags)
+                tags.push_back({t.nCode, m_text.Decode(t.value)});
+            pKept->push_back(std::move(tags));
+        } else if (pPoly && bEnd) {
+            for (const auto& t : m_tags)
+                if (t.nCode == 5)
+                    pPoly->m_seqendHandle = AcDbHandle(DxfHandle(t.value));
+        } else if (pPoly) {
+            ReadPolylineVertex(*pPoly, m_tags);
+        }
+        if (bEnd)
+            return;
+    }
 }
 
 void CDxfReader::ReadObject(std::string_view type) {

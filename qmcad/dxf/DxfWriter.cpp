@@ -44,6 +44,7 @@ private:
     void Reactors(const AcDbObject& obj);
     void XData(const AcDbObject& obj);
     void Layout(const AcDbLayout& layout);
+    void Followers(const DXF_FOLLOWERS& followers);
     const std::wstring& Name(AcDbObjectId id);
 
     AcDbDatabase& m_db;
@@ -290,6 +291,7 @@ void CDxfWriter::Entity(const AcDbEntity& ent) {
     if (auto* pUnknown = dynamic_cast<const AcDbUnknownEntity*>(&ent)) {
         Raw(pUnknown->m_tags, ent);
         XData(ent);
+        Followers(pUnknown->m_followers);
         return;
     }
     ExtDict(ent);
@@ -311,6 +313,14 @@ void CDxfWriter::Entity(const AcDbEntity& ent) {
     WriteEntityBody(m_w, ent);
     XData(ent);
     WriteVertices(m_w, ent);
+    if (auto* pRef = dynamic_cast<const AcDbBlockReference*>(&ent))
+        Followers(pRef->m_followers);
+}
+
+void CDxfWriter::Followers(const DXF_FOLLOWERS& followers) {
+    for (const auto& tags : followers)
+        for (const DXF_TAG& t : tags)
+            m_w.Text(t.nCode, t.strValue);
 }
 
 void CDxfWriter::Objects() {

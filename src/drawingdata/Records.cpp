@@ -146,8 +146,10 @@ int EnsureRegApp(AcDbDatabase* pDb, const std::wstring& strApp) {
 }
 
 int EnsureRegApp(const std::wstring& strApp) {
-    if (acdbTblSearch(L"APPID", strApp.c_str()))
+    if (resbuf* pFound = acdbTblSearch(L"APPID", strApp.c_str())) {
+        acutRelRb(pFound);
         return 1;
+    }
     if (acdbRegApp(strApp.c_str()) != RTNORM) {
         acutPrintf(L"\n无法注册应用程序 %s", strApp);
         return 0;

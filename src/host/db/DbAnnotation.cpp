@@ -122,6 +122,12 @@ Acad::ErrorStatus AcDbMText::transformBy(const AcGeMatrix3d& m) {
     return Acad::eOk;
 }
 
+AcDbObject* AcDbBlockReference::clone() const {
+    auto* p = new AcDbBlockReference(*this);
+    p->m_followers.clear();
+    return p;
+}
+
 Acad::ErrorStatus AcDbBlockReference::setScaleFactors(const AcGeScale3d& s) {
     if (s.sx == 0 || s.sy == 0 || s.sz == 0)
         return Acad::eInvalidInput;

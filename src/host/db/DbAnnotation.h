@@ -104,7 +104,7 @@ public:
     AcDbBlockReference(const AcGePoint3d& pos, AcDbObjectId blockId)
         : m_position(pos), m_blockId(blockId) {}
     const wchar_t* dxfName() const override { return L"INSERT"; }
-    QM_ENTITY_CLONE(AcDbBlockReference)
+    AcDbObject* clone() const override;
     AcDbObjectId blockTableRecord() const { return m_blockId; }
     void setBlockTableRecord(AcDbObjectId id) { m_blockId = id; }
     AcGePoint3d position() const { return m_position; }
@@ -120,6 +120,8 @@ public:
     Acad::ErrorStatus explode(std::vector<AcDbEntity*>& entities) const;
     Acad::ErrorStatus getGeomExtents(AcDbExtents& ext) const override;
     Acad::ErrorStatus transformBy(const AcGeMatrix3d& m) override;
+
+    DXF_FOLLOWERS m_followers; // attributes, kept for the file
 
 private:
     AcGePoint3d m_position;

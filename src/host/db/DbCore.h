@@ -97,6 +97,10 @@ struct DXF_TAG {
     int nCode;
     std::wstring strValue;
 };
+// Entities that follow another in the file (attributes, mesh vertices, the
+// end marker), each a list of groups from its own 0 group on. They keep
+// their handles, so a copy of their owner goes without them.
+using DXF_FOLLOWERS = std::vector<std::vector<DXF_TAG>>;
 
 template <class T>
 Acad::ErrorStatus acdbOpenObject(T*& pObj, AcDbObjectId id, AcDb::OpenMode mode,

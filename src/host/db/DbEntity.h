@@ -184,9 +184,14 @@ class AcDbUnknownEntity : public AcDbEntity {
 public:
     explicit AcDbUnknownEntity(std::wstring strDxfName) : m_strDxfName(std::move(strDxfName)) {}
     const wchar_t* dxfName() const override { return m_strDxfName.c_str(); }
-    QM_ENTITY_CLONE(AcDbUnknownEntity)
+    AcDbObject* clone() const override {
+        auto* p = new AcDbUnknownEntity(*this);
+        p->m_followers.clear();
+        return p;
+    }
     Acad::ErrorStatus getGeomExtents(AcDbExtents&) const override { return Acad::eInvalidExtents; }
     Acad::ErrorStatus transformBy(const AcGeMatrix3d&) override { return Acad::eNotApplicable; }
     std::wstring m_strDxfName;
     std::vector<DXF_TAG> m_tags; // the entity's own groups after the common ones
+    DXF_FOLLOWERS m_followers;
 };

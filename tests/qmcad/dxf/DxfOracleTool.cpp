@@ -1,4 +1,5 @@
-// Command-line side of the ezdxf oracle: writes the sample drawing, or dumps a file as JSON.
+// Command-line side of the ezdxf oracle: writes the sample drawing, dumps a file as JSON, copies a
+// file.
 #include "dxf/DxfCodec.h"
 
 #include "DbDump.h"
@@ -10,6 +11,15 @@
 #include <cstring>
 
 int main(int argc, char** argv) {
+    if (argc == 4 && std::strcmp(argv[1], "copy") == 0) { // read and save again
+        acdbSetFileCodec(&GetDxfCodec());
+        AcDbDatabase db(false, true);
+        std::wstring to = FromOsPath(argv[3]);
+        return db.readDwgFile(FromOsPath(argv[2]).c_str()) == Acad::eOk &&
+                       db.saveAs(to.c_str()) == Acad::eOk
+                   ? 0
+                   : 1;
+    }
     if (argc != 3)
         return 2;
     acdbSetFileCodec(&GetDxfCodec());

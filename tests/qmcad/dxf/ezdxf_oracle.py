@@ -174,7 +174,38 @@ def ezdxf_to_ours(version, encoding, name):
     check(f"{name} block layer", block["entities"][0]["layer"], "元件")
 
 
+def through_ours():
+    """What we do not model passes through a read and a save unchanged."""
+    doc = build_ezdxf("R2000", "gbk")
+    msp = doc.modelspace()
+    tag = doc.blocks.new("TAGGED")
+    tag.add_attdef("位号", (0, 0))
+    ref = msp.add_blockref("TAGGED", (5, 5))
+    ref.add_attrib("位号", "KM1", (5, 5))
+    mesh = msp.add_polyface()
+    mesh.append_face([(0, 0, 0), (1, 0, 0), (1, 1, 0), (0, 1, 0)])
+    msp.add_ellipse((0, 0), major_axis=(3, 0), ratio=0.5)
+    hatch = msp.add_hatch(color=2)
+    hatch.paths.add_polyline_path([(0, 0), (4, 0), (4, 4)], is_closed=True)
+    msp.add_point((7, 7)).set_xdata("TZ_ALL_CODES", [(1000, "点")])
+    src, dst = os.path.join(WORK, "theirs.dwg"), os.path.join(WORK, "theirs_copied.dwg")
+    doc.saveas(src)
+    subprocess.run([TOOL, "copy", src, dst], check=True)
+    back = ezdxf.readfile(dst)
+    audit(back, "copied")
+    msp2 = back.modelspace()
+    tagged = [e for e in msp2.query("INSERT") if e.dxf.name == "TAGGED"][0]
+    check("attribute", [(a.dxf.tag, a.dxf.text) for a in tagged.attribs], [("位号", "KM1")])
+    check("mesh", [len(list(p.vertices)) for p in msp2.query("POLYLINE")], [5])
+    check("ellipse", tuple(msp2.query("ELLIPSE")[0].dxf.major_axis), (3.0, 0.0, 0.0))
+    check("hatch", (msp2.query("HATCH")[0].dxf.color, len(msp2.query("HATCH")[0].paths)), (2, 1))
+    check("point xdata", msp2.query("POINT")[0].get_xdata("TZ_ALL_CODES"), [(1000, "点")])
+    check("handles", sorted(e.dxf.handle for e in msp2), sorted(e.dxf.handle for e in msp))
+
+
+
 ours_to_ezdxf()
+through_ours()
 ezdxf_to_ours("R2000", "gbk", "ezdxf_gbk.dwg")
 ezdxf_to_ours("R2018", None, "ezdxf_utf8.dwg")
 for f in failures:
