@@ -2,6 +2,7 @@
 #include "ConsoleUi.h"
 #include "PluginLoader.h"
 #include "demo/DemoInstall.h"
+#include "dxf/DxfCodec.h"
 #include "editor/EditorHost.h"
 #include "ftp/CurlFtpClient.h"
 #include "suite/SuiteConfig.h"
@@ -109,6 +110,7 @@ int main(int argc, char** argv) {
     }
 
     CConsoleUi ui;
+    acdbSetFileCodec(&GetDxfCodec()); // drawings are DXF files whatever their names
     CEditorHost editor(ui);
     HOST_SERVICES services = editor.Services();
     services.pInstallPaths = &config;

@@ -2,25 +2,10 @@
 // filters.
 #pragma once
 
+#include "host/ResultCodes.h"
+
 #include <string>
 #include <vector>
-
-// The editor's result and type codes.
-enum : int {
-    RTNONE = 5000,
-    RTREAL = 5001,
-    RTPOINT = 5002,
-    RTSHORT = 5003,
-    RTSTR = 5005,
-    RTENAME = 5006,
-    RTPICKS = 5007,
-    RT3DPOINT = 5009,
-    RTLONG = 5010,
-    RTNORM = 5100,
-    RTERROR = -5001,
-    RTCAN = -5002,
-    RTREJ = -5003,
-};
 
 // A system variable's value: the type code says which member holds it.
 struct SYSVAR_VALUE {

@@ -3,7 +3,7 @@
 
 #include "base/Format.h"
 #include "base/StrUtil.h"
-#include "host/SymbolName.h"
+#include "drawingdata/DrawingRecords.h"
 
 const wchar_t* const kNoFtpLoginText = L"没有通过FTP登录验证!";
 
@@ -18,7 +18,7 @@ std::wstring MakeItemPath(const std::wstring& strDir, const std::wstring& strNam
 }
 
 bool IsValidNewItemName(const std::wstring& strName) {
-    return IsValidSymbolName(strName);
+    return IsValidBlockName(strName);
 }
 
 std::wstring BlockNameRefusalText(const std::wstring& strName) {

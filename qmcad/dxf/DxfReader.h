@@ -1,0 +1,14 @@
+// Reads an ASCII DXF file into an empty drawing database.
+#pragma once
+
+#include "host/db/AcDb.h"
+
+#include <string_view>
+
+// Data is the whole file. A binary DWG is refused with eBinaryDwgNotSupported,
+// anything else unreadable with eBadDxfFile; the database is then left for
+// the caller to clear.
+Acad::ErrorStatus ReadDxf(AcDbDatabase& db, std::string_view data);
+// The bitmap of the THUMBNAILIMAGE section; false when there is none.
+bool ReadDxfThumbnail(std::string_view data, std::vector<uint8_t>& bitmap);
+bool IsBinaryDwg(std::string_view data);
