@@ -99,6 +99,7 @@ int main(int argc, char** argv) {
     OPTIONS opt;
     if (!ParseOptions(argc, argv, opt))
         return Usage();
+    acdbSetFileCodec(&GetDxfCodec()); // drawings are DXF files whatever their names
     CSuiteConfig config;
     if (!LoadSettings(opt, config))
         return 1;
@@ -110,7 +111,6 @@ int main(int argc, char** argv) {
     }
 
     CConsoleUi ui;
-    acdbSetFileCodec(&GetDxfCodec()); // drawings are DXF files whatever their names
     CEditorHost editor(ui);
     HOST_SERVICES services = editor.Services();
     services.pInstallPaths = &config;

@@ -3,32 +3,77 @@
 
 #include "base/SysPath.h"
 #include "host/HostUi.h"
+#include "host/db/AcDb.h"
 #include "shared/fileops/FileOps.h"
 
 namespace {
 
+// A cutout or a panel face: a circle of diameter dW, or a rectangle dW by dH
+// with rounded ends when bSlot is set, drawn centred on the origin.
 struct DEMO_ITEM {
     const wchar_t* pszRelPath;
+    double dW;
+    double dH; // 0 for a circle
+    bool bSlot;
 };
 
-// Cutouts and layouts a panel designer recognises. The item files are
-// placeholders until the host can write real drawings.
 constexpr DEMO_ITEM kHoleItems[] = {
-    {L"按钮指示灯\\22mm按钮.dwg"}, {L"按钮指示灯\\30mm按钮.dwg"}, {L"按钮指示灯\\急停按钮.dwg"},
-    {L"仪表\\96x96电流表.dwg"},    {L"仪表\\72x72电压表.dwg"},    {L"风扇\\FK6623风扇.dwg"},
-    {L"5x10腰形孔.dwg"},
+    {L"按钮指示灯\\22mm按钮.dwg", 22.3, 0, false},
+    {L"按钮指示灯\\30mm按钮.dwg", 30.5, 0, false},
+    {L"按钮指示灯\\急停按钮.dwg", 22.3, 0, false},
+    {L"仪表\\96x96电流表.dwg", 92, 92, false},
+    {L"仪表\\72x72电压表.dwg", 68, 68, false},
+    {L"风扇\\FK6623风扇.dwg", 224, 224, false},
+    {L"5x10腰形孔.dwg", 10, 5, true},
 };
 constexpr DEMO_ITEM kLayoutItems[] = {
-    {L"配电柜\\GGD低压柜.dwg"},
-    {L"控制箱\\PLC控制箱.dwg"},
+    {L"配电柜\\GGD低压柜.dwg", 800, 2200, false},
+    {L"控制箱\\PLC控制箱.dwg", 600, 800, false},
 };
+
+void Append(AcDbBlockTableRecord* pSpace, AcDbEntity* pEnt) {
+    AcDbObjectId id;
+    if (pSpace->appendAcDbEntity(id, pEnt) == Acad::eOk)
+        pEnt->close();
+    else
+        delete pEnt;
+}
+
+AcDbPolyline* Outline(double w, double h, bool bSlot) {
+    auto* pLine = new AcDbPolyline;
+    double r = bSlot ? h / 2 : 0;
+    double bulge = bSlot ? 1.0 : 0.0;
+    pLine->addVertexAt(0, AcGePoint2d(-w / 2 + r, -h / 2));
+    pLine->addVertexAt(1, AcGePoint2d(w / 2 - r, -h / 2), bulge);
+    pLine->addVertexAt(2, AcGePoint2d(w / 2 - r, h / 2));
+    pLine->addVertexAt(3, AcGePoint2d(-w / 2 + r, h / 2), bulge);
+    pLine->setClosed(true);
+    return pLine;
+}
+
+// The cutout with its two centre lines, saved as a drawing of the library.
+bool WriteItemDrawing(const std::wstring& strPath, const DEMO_ITEM& item) {
+    AcDbDatabase db(true);
+    AcDbBlockTableRecord* pSpace = nullptr;
+    if (acdbOpenObject(pSpace, db.modelSpaceId(), AcDb::kForWrite) != Acad::eOk)
+        return false;
+    double w = item.dW, h = item.dH > 0 ? item.dH : item.dW;
+    if (item.dH > 0)
+        Append(pSpace, Outline(item.dW, item.dH, item.bSlot));
+    else
+        Append(pSpace, new AcDbCircle(AcGePoint3d(0, 0, 0), item.dW / 2));
+    Append(pSpace, new AcDbLine(AcGePoint3d(-w * 0.65, 0, 0), AcGePoint3d(w * 0.65, 0, 0)));
+    Append(pSpace, new AcDbLine(AcGePoint3d(0, -h * 0.65, 0), AcGePoint3d(0, h * 0.65, 0)));
+    pSpace->close();
+    return db.saveAs(strPath.c_str()) == Acad::eOk;
+}
 
 bool MakeItems(const std::wstring& strRoot, const DEMO_ITEM* items, size_t nCount) {
     for (size_t i = 0; i < nCount; ++i) {
         std::wstring strPath = JoinPath(strRoot, items[i].pszRelPath);
         if (!CreateDirPath(GetParentPath(strPath)))
             return false;
-        if (!IsFileExist(strPath) && !WriteTextFile(strPath, L"demo placeholder\n"))
+        if (!IsFileExist(strPath) && !WriteItemDrawing(strPath, items[i]))
             return false;
     }
     return true;

@@ -6,6 +6,20 @@
 #include "base/StrUtil.h"
 #include "editor/SysVars.h"
 
+CHostDocument::CHostDocument(std::wstring strFileName, std::unique_ptr<AcDbDatabase> pDb,
+                             int nLockFd)
+    : m_strFileName(std::move(strFileName)), m_pDb(std::move(pDb)), m_nLockFd(nLockFd) {}
+
+CHostDocument::~CHostDocument() {
+    if (acdbHostApplicationServices()->workingDatabase() == m_pDb.get())
+        acdbHostApplicationServices()->setWorkingDatabase(nullptr);
+    FsCloseHandle(m_nLockFd);
+}
+
+void CDocManager::SyncWorkingDatabase() {
+    acdbHostApplicationServices()->setWorkingDatabase(m_pCur ? m_pCur->database() : nullptr);
+}
+
 CHostDocument* CDocManager::Find(const AcApDocument* pDoc) {
     for (auto& doc : m_docs)
         if (doc.get() == pDoc)
@@ -41,6 +55,7 @@ bool CDocManager::activateDocument(AcApDocument* pDoc) {
     if (!pHostDoc)
         return false;
     m_pActive = m_pCur = pHostDoc;
+    SyncWorkingDatabase();
     return true;
 }
 
@@ -49,6 +64,7 @@ bool CDocManager::setCurDocument(AcApDocument* pDoc) {
     if (!pHostDoc)
         return false;
     m_pCur = pHostDoc;
+    SyncWorkingDatabase();
     return true;
 }
 
@@ -88,11 +104,13 @@ CHostDocument* CDocManager::Adopt(std::unique_ptr<CHostDocument> pDoc) {
         CloseDocument(m_pCur);
     m_docs.push_back(std::move(pDoc));
     m_pActive = m_pCur = m_docs.back().get();
+    SyncWorkingDatabase();
     return m_pCur;
 }
 
 CHostDocument* CDocManager::NewDocument() {
-    return Adopt(std::make_unique<CHostDocument>(Format(L"Drawing%d.dwg", ++m_nUntitled)));
+    return Adopt(std::make_unique<CHostDocument>(Format(L"Drawing%d.dwg", ++m_nUntitled),
+                                                 std::make_unique<AcDbDatabase>(true)));
 }
 
 CHostDocument* CDocManager::OpenDocument(const std::wstring& strPath) {
@@ -103,7 +121,10 @@ CHostDocument* CDocManager::OpenDocument(const std::wstring& strPath) {
         }
     if (!FsExists(strPath) || FsIsDirectory(strPath))
         return nullptr;
-    return Adopt(std::make_unique<CHostDocument>(strPath));
+    auto pDb = std::make_unique<AcDbDatabase>(false, false);
+    if (pDb->readDwgFile(strPath.c_str()) != Acad::eOk)
+        return nullptr;
+    return Adopt(std::make_unique<CHostDocument>(strPath, std::move(pDb), FsOpenLocked(strPath)));
 }
 
 bool CDocManager::CloseDocument(AcApDocument* pDoc) {
@@ -116,6 +137,7 @@ bool CDocManager::CloseDocument(AcApDocument* pDoc) {
             m_pCur = pNext;
         if (m_pActive == pDoc)
             m_pActive = pNext;
+        SyncWorkingDatabase();
         return true;
     }
     return false;

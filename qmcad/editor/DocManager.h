@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/HostDocuments.h"
+#include "host/db/AcDb.h"
 
 #include <deque>
 #include <memory>
@@ -15,11 +16,17 @@ struct POSTED_LINE {
     bool bEcho = true;
 };
 
+// A drawing open in the editor. Its database is its own; a titled drawing
+// holds an advisory lock on its file while it is open, as the editor keeps
+// other programs from writing a drawing it has open.
 class CHostDocument : public AcApDocument {
 public:
-    explicit CHostDocument(std::wstring strFileName) : m_strFileName(std::move(strFileName)) {}
+    CHostDocument(std::wstring strFileName, std::unique_ptr<AcDbDatabase> pDb, int nLockFd = -1);
+    ~CHostDocument() override;
+    CHostDocument(const CHostDocument&) = delete;
+    CHostDocument& operator=(const CHostDocument&) = delete;
     std::wstring fileName() const override { return m_strFileName; }
-    AcDbDatabase* database() const override { return nullptr; }
+    AcDbDatabase* database() const override { return m_pDb.get(); }
     bool IsTitled() const { return m_strFileName.find(L'\\') != std::wstring::npos; }
 
     std::deque<POSTED_LINE> m_posted; // lines waiting for the command loop
@@ -27,6 +34,8 @@ public:
 
 private:
     std::wstring m_strFileName;
+    std::unique_ptr<AcDbDatabase> m_pDb;
+    int m_nLockFd;
 };
 
 class CDocManager : public AcApDocManager {
@@ -65,6 +74,8 @@ public:
 
 private:
     CHostDocument* Find(const AcApDocument* pDoc);
+    // The current document's database is the working database.
+    void SyncWorkingDatabase();
     CHostDocument* Adopt(std::unique_ptr<CHostDocument> pDoc);
 
     const CSysVarStore& m_vars;

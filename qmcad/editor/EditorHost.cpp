@@ -3,6 +3,7 @@
 
 #include "base/Format.h"
 #include "base/StrUtil.h"
+#include "base/SysPath.h"
 #include "editor/LispReader.h"
 
 #include <cwctype>
@@ -248,7 +249,11 @@ void CEditorHost::AddNativeCommands() {
     m_commands.AddNative(L"NEW", [this] { m_docs.NewDocument(); });
     m_commands.AddNative(L"OPEN", [this] {
         std::wstring strPath;
-        if (GetInput(L"输入要打开的图形文件名: ", strPath) && !m_docs.OpenDocument(strPath))
+        if (!GetInput(L"输入要打开的图形文件名: ", strPath))
+            return;
+        if (strPath.find(L'/') != std::wstring::npos) // a path typed the OS's way
+            strPath = FromOsPath(WideToUtf8(strPath));
+        if (!m_docs.OpenDocument(strPath))
             Print(Format(L"无法打开“%s”。\n", strPath));
     });
     m_commands.AddNative(L"CLOSE", [this] { m_docs.CloseDocument(m_docs.Current()); });

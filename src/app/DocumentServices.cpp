@@ -6,6 +6,7 @@
 #include "host/HostDocuments.h"
 #include "host/HostEditor.h"
 #include "host/HostUi.h"
+#include "host/db/AcDb.h"
 #include "shared/fileops/FileOps.h"
 
 const wchar_t* const g_szDefaultTemplate = L"acad.dwt";
@@ -177,6 +178,25 @@ bool IsOpenInOtherDocument(const std::wstring& strPath, bool bFullPath, AcApDocu
     if (!pFound || pFound == pDocs->curDocument())
         return false;
     pDoc = pFound;
+    return true;
+}
+
+bool GetDatabaseOfFile(const std::wstring& strPath, AcDbDatabase*& pDb) {
+    return GetDatabaseOfFileEx(strPath, true, pDb);
+}
+
+bool GetDatabaseOfFileEx(const std::wstring& strPath, bool bFullPath, AcDbDatabase*& pDb) {
+    if (AcApDocument* pDoc = FindDocument(strPath, bFullPath)) {
+        pDb = pDoc->database();
+        return false;
+    }
+    auto* pNew = new AcDbDatabase(false, true);
+    if (pNew->readDwgFile(strPath.c_str(), 64) != Acad::eOk) {
+        delete pNew;
+        pDb = nullptr;
+        return false;
+    }
+    pDb = pNew;
     return true;
 }
 

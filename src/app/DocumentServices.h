@@ -20,6 +20,12 @@ bool OpenOrActivate(const std::wstring& strPath, bool bFullPath);
 void NewDefaultDocument();
 bool IsOpenInOtherDocument(const std::wstring& strPath, bool bFullPath, AcApDocument*& pDoc);
 
+// The database of a file: true when it was read anew and the caller owns it
+// (delete after use); false when it belongs to an open document (the
+// receiver holds it) or the file could not be read (the receiver is null).
+bool GetDatabaseOfFile(const std::wstring& strPath, AcDbDatabase*& pDb);
+bool GetDatabaseOfFileEx(const std::wstring& strPath, bool bFullPath, AcDbDatabase*& pDb);
+
 // The two calls posted into the application context.
 void OpenDocumentProc(void* pData);
 void NewDocumentProc(void* pData);

@@ -248,6 +248,24 @@ bool FsLockOpenFile(int fd) {
     return ::fcntl(fd, F_OFD_SETLK, &fl) == 0 || Fail();
 }
 
+int FsOpenLocked(const std::wstring& strPath) {
+    int fd = ::open(ToOsPath(strPath).c_str(), O_RDWR | O_CLOEXEC);
+    if (fd < 0) {
+        Fail();
+        return -1;
+    }
+    if (!FsLockOpenFile(fd)) {
+        ::close(fd);
+        return -1;
+    }
+    return fd;
+}
+
+void FsCloseHandle(int fd) {
+    if (fd >= 0)
+        ::close(fd);
+}
+
 bool FsReadBinary(const std::wstring& strPath, std::string& bytes) {
     bytes.clear();
     int fd = ::open(ToOsPath(strPath).c_str(), O_RDONLY | O_CLOEXEC);

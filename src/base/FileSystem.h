@@ -51,6 +51,9 @@ bool FsIsLockedElsewhere(const std::wstring& strPath);
 // Takes an advisory write lock on an open descriptor, as a document holds
 // its drawing; released when the descriptor is closed.
 bool FsLockOpenFile(int fd);
+// Opens the file for reading and writing and takes that lock; -1 on failure.
+int FsOpenLocked(const std::wstring& strPath);
+void FsCloseHandle(int fd);
 
 bool FsReadBinary(const std::wstring& strPath, std::string& bytes);
 bool FsWriteBinary(const std::wstring& strPath, const std::string& bytes);

@@ -3,6 +3,8 @@
 #include "app/EditorServices.h"
 #include "base/FileSystem.h"
 #include "editor/LispReader.h"
+#include "host/db/AcDb.h"
+#include "shared/fileops/FileOps.h"
 
 #include "EditorTestHost.h"
 
@@ -36,8 +38,8 @@ TEST(DocumentServices, SdiEqualsOneForOpeningAndNonZeroForLocking) {
 TEST(DocumentServices, OpenActivateAndLookupByName) {
     CEditorTestHost host;
     CTempDir dir;
-    WriteBytes(dir / L"A.dwg", "x");
-    WriteBytes(dir / L"com1.dwg", "x");
+    WriteEmptyDrawing(dir / L"A.dwg");
+    WriteEmptyDrawing(dir / L"com1.dwg");
     EXPECT_FALSE(OpenOrActivate(dir / L"com1.dwg", true)); // refused like a device
     EXPECT_FALSE(OpenOrActivate(dir / L"missing.dwg", true));
     EXPECT_FALSE(OpenOrActivate(dir / L"A.dwg", true)); // only in the application context
@@ -70,7 +72,7 @@ TEST(DocumentServices, NewFromTemplateOnlyInTheApplicationContext) {
 TEST(DocumentServices, SingleDocumentOpenGoesThroughSyncOpen) {
     CEditorTestHost host;
     CTempDir dir;
-    WriteBytes(dir / L"B.dwg", "x");
+    WriteEmptyDrawing(dir / L"B.dwg");
     SetIntVar(L"SDI", 1);
     EXPECT_TRUE(OpenOrActivate(dir / L"B.dwg", true)); // unnamed drawing: always opens
     EXPECT_EQ(GetCurDwgPrefix() + GetCurDwgName(), dir / L"B.dwg");
@@ -99,4 +101,27 @@ TEST(EditorServices, CmdEchoBracketPostingAndLispPaths) {
     LISP_FORM form = ReadLispForm(L"(command \"OPEN\" \"" + LispPath(strPath) + L"\")");
     ASSERT_TRUE(form.bOk);
     EXPECT_EQ(form.words[1], strPath);
+}
+
+TEST(DocumentServices, DatabaseOfFileTellsWhoOwnsIt) {
+    CEditorTestHost host;
+    CTempDir dir;
+    WriteEmptyDrawing(dir / L"Open.dwg");
+    WriteEmptyDrawing(dir / L"Closed.dwg");
+    WriteBytes(dir / L"Bad.dwg", "AC1018 binary");
+    ASSERT_NE(host.m_editor.m_docs.OpenDocument(dir / L"Open.dwg"), nullptr);
+    EXPECT_TRUE(IsFileOpenElsewhere(dir / L"Open.dwg")); // the editor holds its file
+
+    AcDbDatabase* pDb = nullptr;
+    EXPECT_FALSE(GetDatabaseOfFile(dir / L"OPEN.dwg", pDb)); // the document's: not ours to free
+    EXPECT_EQ(pDb, host.m_editor.m_docs.Current()->database());
+    ASSERT_TRUE(GetDatabaseOfFile(dir / L"Closed.dwg", pDb));
+    ASSERT_NE(pDb, nullptr);
+    delete pDb;
+    EXPECT_FALSE(GetDatabaseOfFile(dir / L"Bad.dwg", pDb));
+    EXPECT_EQ(pDb, nullptr);
+    EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(),
+              host.m_editor.m_docs.Current()->database());
+    host.m_editor.m_docs.CloseDocument(host.m_editor.m_docs.Current());
+    EXPECT_FALSE(IsFileOpenElsewhere(dir / L"Open.dwg"));
 }

@@ -1,6 +1,8 @@
 // The suite stand-in's settings file: paths with a final backslash, defaults, demo layout.
 #include "suite/SuiteConfig.h"
 #include "demo/DemoInstall.h"
+#include "dxf/DxfCodec.h"
+#include "host/db/AcDb.h"
 
 #include "TestHost.h"
 #include "base/FileSystem.h"
@@ -25,7 +27,12 @@ TEST(SuiteConfig, ReadsSettingsAndAddsTheFinalBackslash) {
 TEST(SuiteConfig, DemoInstallLaysOutBothLibrariesAndRoundTrips) {
     CTempDir dir;
     CSuiteConfig config;
+    acdbSetFileCodec(&GetDxfCodec());
     ASSERT_TRUE(MakeDemoInstall(dir.OsPath() + "demo", config));
+    AcDbDatabase db(false, true); // the items are drawings
+    EXPECT_EQ(
+        db.readDwgFile((config.CommonResInstallPath() + L"InstallHole\\5x10腰形孔.dwg").c_str()),
+        Acad::eOk);
     EXPECT_TRUE(FsIsDirectory(config.CommonResInstallPath() + L"InstallHole"));
     EXPECT_TRUE(FsIsDirectory(config.CommonResInstallPath() + L"DzStrucLib"));
     EXPECT_TRUE(FsIsDirectory(config.LocalInstallPath() + L"LaySketch"));

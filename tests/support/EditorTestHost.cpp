@@ -1,7 +1,10 @@
 // The headless editor test host.
 #include "EditorTestHost.h"
 
+#include "dxf/DxfCodec.h"
+
 CEditorTestHost::CEditorTestHost() : m_editor(*this) {
+    acdbSetFileCodec(&GetDxfCodec());
     HOST_SERVICES services = m_editor.Services();
     services.pInstallPaths = this;
     SetHostServices(services);
@@ -20,4 +23,10 @@ void CEditorTestHost::Run(std::deque<std::wstring> lines) {
         },
         true);
     m_editor.RunLoop();
+}
+
+void WriteEmptyDrawing(const std::wstring& strPath) {
+    acdbSetFileCodec(&GetDxfCodec());
+    AcDbDatabase db(true);
+    db.saveAs(strPath.c_str());
 }

@@ -18,6 +18,9 @@ public:
     CEditorHost m_editor;
 };
 
+// Writes an empty drawing with the host's codec.
+void WriteEmptyDrawing(const std::wstring& strPath);
+
 // A browser that records what the frame does to it.
 class CFakeBrowser : public ILibraryBrowser {
 public:
