@@ -56,6 +56,7 @@ HOST_SERVICES CEditorHost::Services() {
     services.pCommands = &m_commands;
     services.pDocuments = &m_docs;
     services.pAutomation = &m_automation;
+    services.pInput = &m_input;
     return services;
 }
 

@@ -4,6 +4,7 @@
 #include "editor/Automation.h"
 #include "editor/CommandStack.h"
 #include "editor/DocManager.h"
+#include "editor/EditorInput.h"
 #include "editor/SysVars.h"
 #include "host/HostEditor.h"
 #include "host/HostServices.h"
@@ -51,8 +52,10 @@ public:
     CCommandStack m_commands;
     CDocManager m_docs;
     CAutomation m_automation{*this};
+    CEditorInput m_input{*this};
     bool m_bHasFrame = true;
     bool m_bMouseFiltered = false;
+    IHostUi& m_ui;
 
 private:
     void AddNativeCommands();
@@ -60,7 +63,6 @@ private:
     void RunCommand(const std::wstring& strName);
     void Print(const std::wstring& strText) { m_ui.Print(strText); }
 
-    IHostUi& m_ui;
     LineSource m_source;
     bool m_bEchoInput = false;
     bool m_bQuit = false;

@@ -4,6 +4,7 @@
 #include "host/HostAutomation.h"
 #include "host/HostCommands.h"
 #include "host/HostDocuments.h"
+#include "host/HostInput.h"
 #include "host/HostServices.h"
 
 namespace {
@@ -52,4 +53,36 @@ AcApDocManager* acDocManagerPtr() {
 }
 IAcadApplication* GetAcadApplication() {
     return GetHostServices().pAutomation;
+}
+
+namespace {
+IHostInput* Input() {
+    return GetHostServices().pInput;
+}
+} // namespace
+
+int acedGetPoint(const AcGePoint3d* pBase, const std::wstring& strPrompt, AcGePoint3d& pt) {
+    return Input() ? Input()->GetPoint(pBase, strPrompt, pt) : RTCAN;
+}
+int acedGetCorner(const AcGePoint3d& base, const std::wstring& strPrompt, AcGePoint3d& pt) {
+    return Input() ? Input()->GetCorner(base, strPrompt, pt) : RTCAN;
+}
+int acedGetString(bool bAllowSpaces, const std::wstring& strPrompt, std::wstring& strText) {
+    return Input() ? Input()->GetString(bAllowSpaces, strPrompt, strText) : RTCAN;
+}
+int acedGetReal(const std::wstring& strPrompt, double& dValue) {
+    return Input() ? Input()->GetReal(strPrompt, dValue) : RTCAN;
+}
+int acedEntSel(const std::wstring& strPrompt, AcDbObjectId& id, AcGePoint3d& pt) {
+    return Input() ? Input()->EntSel(strPrompt, id, pt) : RTCAN;
+}
+int acedSSGet(const std::wstring& strMode, AcDbObjectIdArray& ids) {
+    return Input() ? Input()->SSGet(strMode, ids) : RTCAN;
+}
+int acedDragGen(const AcDbObjectIdArray& ids, const std::wstring& strPrompt,
+                const DragSampler& sampler, AcGePoint3d& pt) {
+    return Input() ? Input()->DragGen(ids, strPrompt, sampler, pt) : RTCAN;
+}
+int acedGrRead(int nTrack, int& nType, GRREAD_VALUE& value) {
+    return Input() ? Input()->GrRead(nTrack, nType, value) : RTCAN;
 }

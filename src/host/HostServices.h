@@ -5,6 +5,7 @@ class AcApDocManager;
 class IAcadApplication;
 class ICommandStack;
 class IHostEditor;
+class IHostInput;
 class IFtpClient;
 class IDrawingPreview;
 class IHostUi;
@@ -17,6 +18,7 @@ struct HOST_SERVICES {
     IHostUi* pUi = nullptr;
     ISuiteInstallPaths* pInstallPaths = nullptr;
     IHostEditor* pEditor = nullptr;
+    IHostInput* pInput = nullptr;
     ICommandStack* pCommands = nullptr;
     AcApDocManager* pDocuments = nullptr;
     IAcadApplication* pAutomation = nullptr;

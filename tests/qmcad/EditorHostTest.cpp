@@ -3,7 +3,10 @@
 #include "PluginLoader.h"
 #include "editor/LispReader.h"
 
-#include "TestHost.h"
+#include "EditorTestHost.h"
+#include "base/Format.h"
+#include "host/HostInput.h"
+#include "host/db/AcDb.h"
 
 #include <gtest/gtest.h>
 
@@ -105,4 +108,59 @@ TEST(EditorHost, AutomationSendCommandRunsNowAndCloseDiscards) {
     EXPECT_TRUE(pDoc->Close(false, L""));
     EXPECT_FALSE(pDoc->SendCommand(L"ZOOM\nE\n")); // closed: refused, nothing runs
     EXPECT_EQ(app.Documents()->Open(L"/no/such.dwg"), nullptr);
+}
+
+TEST(EditorHost, InputFunctionsAnswerFromTheCommandLine) {
+    CEditorTestHost host;
+    AcDbDatabase* pDb = host.m_editor.m_docs.Current()->database();
+    AcDbBlockTableRecord* pSpace = nullptr;
+    ASSERT_EQ(acdbOpenObject(pSpace, pDb->modelSpaceId(), AcDb::kForWrite), Acad::eOk);
+    AcDbObjectId circleId, lineId;
+    auto* pCircle = new AcDbCircle(AcGePoint3d(0, 0, 0), 5);
+    auto* pLine = new AcDbLine(AcGePoint3d(100, 0, 0), AcGePoint3d(110, 10, 0));
+    pSpace->appendAcDbEntity(circleId, pCircle);
+    pSpace->appendAcDbEntity(lineId, pLine);
+    pCircle->close();
+    pLine->close();
+    pSpace->close();
+    std::wstring strLineHandle = Format(L"%X", static_cast<int>(lineId.handle().value()));
+
+    host.Feed({L"oops", L"10,20", L"@5,5", L"", L"*Cancel*", L"1,1", L"200,200", strLineHandle,
+               L"1,1", L"1,1", L"", L"50,60", L"~3,4", L"k"});
+    AcGePoint3d pt, base(1, 2, 3);
+    EXPECT_EQ(acedGetPoint(nullptr, L"点: ", pt), RTNORM); // "oops" is asked again
+    EXPECT_EQ(pt, AcGePoint3d(10, 20, 0));
+    EXPECT_EQ(acedGetPoint(&base, L"点: ", pt), RTNORM);
+    EXPECT_EQ(pt, AcGePoint3d(6, 7, 3));
+    EXPECT_EQ(acedGetPoint(nullptr, L"点: ", pt), RTNONE);
+    EXPECT_EQ(acedGetPoint(nullptr, L"点: ", pt), RTCAN);
+    AcDbObjectId id;
+    EXPECT_EQ(acedEntSel(L"选择: ", id, pt), RTNORM);
+    EXPECT_EQ(id, circleId);
+    EXPECT_EQ(acedEntSel(L"选择: ", id, pt), RTERROR); // nothing there
+    AcDbObjectIdArray ids;
+    EXPECT_EQ(acedSSGet(L"", ids), RTNORM); // handle, point, the same point again, Enter
+    EXPECT_EQ(ids, (AcDbObjectIdArray{lineId, circleId}));
+    EXPECT_EQ(acedDragGen(
+                  {circleId}, L"位置: ",
+                  [](const AcGePoint3d& p, AcGeMatrix3d& m) {
+                      m = AcGeMatrix3d::translation(p - AcGePoint3d());
+                      return true;
+                  },
+                  pt),
+              RTNORM);
+    AcDbCircle* pMoved = nullptr;
+    ASSERT_EQ(acdbOpenObject(pMoved, circleId, AcDb::kForRead), Acad::eOk);
+    EXPECT_EQ(pMoved->center(), AcGePoint3d(50, 60, 0));
+    pMoved->close();
+    int nType = 0;
+    GRREAD_VALUE value;
+    ASSERT_EQ(acedGrRead(7, nType, value), RTNORM);
+    EXPECT_EQ(nType, 5);
+    ASSERT_EQ(acedGrRead(7, nType, value), RTNORM);
+    EXPECT_EQ(nType, 2);
+    EXPECT_EQ(value.nKey, L'k');
+    EXPECT_EQ(acedGrRead(7, nType, value), RTCAN); // input ended
+    EXPECT_EQ(acedSSGet(L"X", ids), RTNORM);
+    EXPECT_EQ(ids.size(), 2u);
 }

@@ -12,6 +12,11 @@ CEditorTestHost::CEditorTestHost() : m_editor(*this) {
 }
 
 void CEditorTestHost::Run(std::deque<std::wstring> lines) {
+    Feed(std::move(lines));
+    m_editor.RunLoop();
+}
+
+void CEditorTestHost::Feed(std::deque<std::wstring> lines) {
     auto pLines = std::make_shared<std::deque<std::wstring>>(std::move(lines));
     m_editor.SetSource(
         [pLines](std::wstring& strLine) {
@@ -22,7 +27,6 @@ void CEditorTestHost::Run(std::deque<std::wstring> lines) {
             return true;
         },
         true);
-    m_editor.RunLoop();
 }
 
 void WriteEmptyDrawing(const std::wstring& strPath) {

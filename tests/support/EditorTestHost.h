@@ -14,6 +14,8 @@ public:
     CEditorTestHost();
     // Runs the lines as a script would, with everything posted meanwhile.
     void Run(std::deque<std::wstring> lines);
+    // Makes the lines the answers of the next prompts, without running the loop.
+    void Feed(std::deque<std::wstring> lines);
 
     CEditorHost m_editor;
 };

@@ -1,0 +1,220 @@
+// Points, picks, selections, drags and input events answered from command-line text.
+#include "editor/EditorInput.h"
+
+#include "base/StrUtil.h"
+#include "editor/EditorHost.h"
+#include "host/db/AcDb.h"
+
+#include <algorithm>
+#include <cwchar>
+#include <cwctype>
+
+namespace {
+
+const wchar_t* const kNeedPoint = L"需要点或选项关键字。\n";
+
+AcDbObjectIdArray ModelSpaceEntities() {
+    AcDbObjectIdArray ids;
+    AcDbDatabase* pDb = acdbHostApplicationServices()->workingDatabase();
+    AcDbBlockTableRecord* pSpace = nullptr;
+    if (!pDb || acdbOpenObject(pSpace, pDb->modelSpaceId(), AcDb::kForRead) != Acad::eOk)
+        return ids;
+    AcDbBlockTableRecordIterator* pIter = nullptr;
+    if (pSpace->newIterator(pIter) == Acad::eOk) {
+        for (; !pIter->done(); pIter->step())
+            ids.push_back(pIter->getEntityId());
+        delete pIter;
+    }
+    pSpace->close();
+    return ids;
+}
+
+bool Contains(AcDbObjectId id, const AcGePoint3d& pt) {
+    AcDbEntity* pEnt = nullptr;
+    if (acdbOpenObject(pEnt, id, AcDb::kForRead) != Acad::eOk)
+        return false;
+    AcDbExtents ext;
+    bool bIn = pEnt->getGeomExtents(ext) == Acad::eOk && ext.isValid() &&
+               pt.x >= ext.minPoint().x && pt.x <= ext.maxPoint().x && pt.y >= ext.minPoint().y &&
+               pt.y <= ext.maxPoint().y;
+    pEnt->close();
+    return bIn;
+}
+
+} // namespace
+
+bool ParsePointText(const std::wstring& strText, const AcGePoint3d* pBase, AcGePoint3d& pt) {
+    std::wstring s = StrTrim(strText);
+    bool bRelative = !s.empty() && s[0] == L'@';
+    if (bRelative)
+        s = StrMid(s, 1);
+    double v[3] = {0, 0, 0};
+    int n = 0;
+    const wchar_t* p = s.c_str();
+    while (n < 3) {
+        wchar_t* end = nullptr;
+        v[n] = std::wcstod(p, &end);
+        if (end == p)
+            return false;
+        ++n;
+        p = end;
+        if (*p != L',')
+            break;
+        ++p;
+    }
+    if (*p != 0 || n < 2)
+        return false;
+    AcGePoint3d base = bRelative && pBase ? *pBase : AcGePoint3d();
+    pt = AcGePoint3d(base.x + v[0], base.y + v[1], base.z + v[2]);
+    return true;
+}
+
+int CEditorInput::Read(const std::wstring& strPrompt, std::wstring& strAnswer) {
+    if (!m_editor.GetInput(strPrompt, strAnswer))
+        return RTCAN;
+    strAnswer = StrTrim(strAnswer);
+    if (EqualsNoCase(strAnswer, L"*Cancel*"))
+        return RTCAN;
+    return strAnswer.empty() ? RTNONE : RTNORM;
+}
+
+int CEditorInput::GetPoint(const AcGePoint3d* pBase, const std::wstring& strPrompt,
+                           AcGePoint3d& pt) {
+    for (;;) {
+        std::wstring strAnswer;
+        int nResult = Read(strPrompt, strAnswer);
+        if (nResult != RTNORM)
+            return nResult;
+        if (ParsePointText(strAnswer, pBase, pt))
+            return RTNORM;
+        m_editor.m_ui.Print(kNeedPoint);
+    }
+}
+
+int CEditorInput::GetCorner(const AcGePoint3d& base, const std::wstring& strPrompt,
+                            AcGePoint3d& pt) {
+    return GetPoint(&base, strPrompt, pt);
+}
+
+int CEditorInput::GetString(bool bAllowSpaces, const std::wstring& strPrompt,
+                            std::wstring& strText) {
+    std::wstring strAnswer;
+    if (!m_editor.GetInput(strPrompt, strAnswer))
+        return RTCAN;
+    // Without spaces allowed, a blank ends the answer as Enter does.
+    size_t blank = strAnswer.find(L' ');
+    strText = bAllowSpaces || blank == std::wstring::npos ? strAnswer : strAnswer.substr(0, blank);
+    return RTNORM;
+}
+
+int CEditorInput::GetReal(const std::wstring& strPrompt, double& dValue) {
+    for (;;) {
+        std::wstring strAnswer;
+        int nResult = Read(strPrompt, strAnswer);
+        if (nResult != RTNORM)
+            return nResult;
+        wchar_t* end = nullptr;
+        double d = std::wcstod(strAnswer.c_str(), &end);
+        if (end && *end == 0) {
+            dValue = d;
+            return RTNORM;
+        }
+        m_editor.m_ui.Print(L"需要数值。\n");
+    }
+}
+
+bool CEditorInput::Pick(const std::wstring& strText, AcDbObjectId& id) {
+    AcGePoint3d pt;
+    if (ParsePointText(strText, nullptr, pt)) {
+        for (AcDbObjectId candidate : ModelSpaceEntities())
+            if (Contains(candidate, pt)) {
+                id = candidate;
+                return true;
+            }
+        return false;
+    }
+    AcDbDatabase* pDb = acdbHostApplicationServices()->workingDatabase();
+    AcDbHandle handle(strText.c_str());
+    AcDbObjectId found;
+    if (!pDb || handle.isNull() || pDb->getAcDbObjectId(found, false, handle) != Acad::eOk)
+        return false;
+    if (!found.isValid() || found.isErased())
+        return false;
+    id = found;
+    return true;
+}
+
+int CEditorInput::EntSel(const std::wstring& strPrompt, AcDbObjectId& id, AcGePoint3d& pt) {
+    std::wstring strAnswer;
+    int nResult = Read(strPrompt, strAnswer);
+    if (nResult == RTCAN)
+        return RTCAN;
+    if (nResult != RTNORM || !Pick(strAnswer, id))
+        return RTERROR;
+    if (!ParsePointText(strAnswer, nullptr, pt))
+        pt = AcGePoint3d();
+    return RTNORM;
+}
+
+int CEditorInput::SSGet(const std::wstring& strMode, AcDbObjectIdArray& ids) {
+    ids.clear();
+    if (EqualsNoCase(strMode, L"X") || EqualsNoCase(strMode, L"_X")) {
+        ids = ModelSpaceEntities();
+        return ids.empty() ? RTERROR : RTNORM;
+    }
+    for (;;) {
+        std::wstring strAnswer;
+        int nResult = Read(L"选择对象: ", strAnswer);
+        if (nResult == RTCAN)
+            return RTCAN;
+        if (nResult == RTNONE)
+            break;
+        if (EqualsNoCase(strAnswer, L"ALL")) {
+            ids = ModelSpaceEntities();
+            continue;
+        }
+        AcDbObjectId id;
+        if (!Pick(strAnswer, id)) {
+            m_editor.m_ui.Print(L"未找到对象。\n");
+            continue;
+        }
+        if (std::find(ids.begin(), ids.end(), id) == ids.end())
+            ids.push_back(id);
+    }
+    return ids.empty() ? RTERROR : RTNORM;
+}
+
+int CEditorInput::DragGen(const AcDbObjectIdArray& ids, const std::wstring& strPrompt,
+                          const DragSampler& sampler, AcGePoint3d& pt) {
+    int nResult = GetPoint(nullptr, strPrompt, pt);
+    if (nResult != RTNORM)
+        return nResult;
+    AcGeMatrix3d xform;
+    if (sampler && sampler(pt, xform))
+        for (AcDbObjectId id : ids) {
+            AcDbEntity* pEnt = nullptr;
+            if (acdbOpenObject(pEnt, id, AcDb::kForWrite) != Acad::eOk)
+                continue;
+            pEnt->transformBy(xform);
+            pEnt->close();
+        }
+    return RTNORM;
+}
+
+int CEditorInput::GrRead(int, int& nType, GRREAD_VALUE& value) {
+    std::wstring strAnswer;
+    if (!m_editor.GetInput(L"", strAnswer))
+        return RTCAN;
+    std::wstring s = StrTrim(strAnswer);
+    if (EqualsNoCase(s, L"*Cancel*"))
+        return RTCAN;
+    value = GRREAD_VALUE();
+    bool bTrack = !s.empty() && s[0] == L'~';
+    if (ParsePointText(bTrack ? StrMid(s, 1) : s, nullptr, value.pt)) {
+        nType = bTrack ? 5 : 3;
+        return RTNORM;
+    }
+    nType = 2;
+    value.nKey = s.empty() ? 13 : s[0]; // Enter, or the key typed
+    return RTNORM;
+}

@@ -1,0 +1,54 @@
+// What the module's commands ask of the user through the editor: points, entities, selections,
+// drags.
+#pragma once
+
+#include "host/ResultCodes.h"
+#include "host/db/AcGe.h"
+#include "host/db/DbCore.h"
+
+#include <functional>
+#include <string>
+
+// One event of acedGrRead: type 2 a key (nKey), 3 a picked point, 5 a tracked point.
+struct GRREAD_VALUE {
+    AcGePoint3d pt;
+    int nKey = 0;
+};
+
+// Called while dragging with the cursor point; fills the transform of the
+// dragged objects and answers false to leave them where they are.
+using DragSampler = std::function<bool(const AcGePoint3d& ptCursor, AcGeMatrix3d& xform)>;
+
+class IHostInput {
+public:
+    virtual ~IHostInput() = default;
+    // RTNORM with the point, RTNONE on Enter, RTCAN when cancelled.
+    virtual int GetPoint(const AcGePoint3d* pBase, const std::wstring& strPrompt,
+                         AcGePoint3d& pt) = 0;
+    virtual int GetCorner(const AcGePoint3d& base, const std::wstring& strPrompt,
+                          AcGePoint3d& pt) = 0;
+    virtual int GetString(bool bAllowSpaces, const std::wstring& strPrompt,
+                          std::wstring& strText) = 0;
+    virtual int GetReal(const std::wstring& strPrompt, double& dValue) = 0;
+    // RTNORM with an entity of the working database, RTERROR when nothing was picked.
+    virtual int EntSel(const std::wstring& strPrompt, AcDbObjectId& id, AcGePoint3d& pt) = 0;
+    // Mode "X" takes every entity of model space without asking; otherwise
+    // the user picks. RTNORM with at least one id, RTERROR with none.
+    virtual int SSGet(const std::wstring& strMode, AcDbObjectIdArray& ids) = 0;
+    // RTNORM with the final point after the sampler saw it.
+    virtual int DragGen(const AcDbObjectIdArray& ids, const std::wstring& strPrompt,
+                        const DragSampler& sampler, AcGePoint3d& pt) = 0;
+    // RTNORM with one input event, RTCAN when cancelled.
+    virtual int GrRead(int nTrack, int& nType, GRREAD_VALUE& value) = 0;
+};
+
+// The editor's input functions by their own names; without a host they answer RTCAN.
+int acedGetPoint(const AcGePoint3d* pBase, const std::wstring& strPrompt, AcGePoint3d& pt);
+int acedGetCorner(const AcGePoint3d& base, const std::wstring& strPrompt, AcGePoint3d& pt);
+int acedGetString(bool bAllowSpaces, const std::wstring& strPrompt, std::wstring& strText);
+int acedGetReal(const std::wstring& strPrompt, double& dValue);
+int acedEntSel(const std::wstring& strPrompt, AcDbObjectId& id, AcGePoint3d& pt);
+int acedSSGet(const std::wstring& strMode, AcDbObjectIdArray& ids);
+int acedDragGen(const AcDbObjectIdArray& ids, const std::wstring& strPrompt,
+                const DragSampler& sampler, AcGePoint3d& pt);
+int acedGrRead(int nTrack, int& nType, GRREAD_VALUE& value);
