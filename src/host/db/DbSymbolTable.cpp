@@ -90,24 +90,19 @@ Acad::ErrorStatus AcDbSymbolTable::newIterator(AcDbSymbolTableIterator*& pIter, 
     return Acad::eOk;
 }
 
-AcDbSymbolTableIterator::AcDbSymbolTableIterator(std::vector<AcDbObjectId> ids, bool bSkipDeleted)
+AcDbIdWalk::AcDbIdWalk(std::vector<AcDbObjectId> ids, bool bSkipDeleted)
     : m_ids(std::move(ids)), m_bSkip(bSkipDeleted) {
     skip();
 }
 
-void AcDbSymbolTableIterator::step() {
+void AcDbIdWalk::step() {
     ++m_i;
     skip();
 }
 
-void AcDbSymbolTableIterator::skip() {
+void AcDbIdWalk::skip() {
     while (m_i < m_ids.size() && (!m_ids[m_i].isValid() || (m_bSkip && m_ids[m_i].isErased())))
         ++m_i;
-}
-
-Acad::ErrorStatus AcDbSymbolTableIterator::getRecordId(AcDbObjectId& id) const {
-    id = m_ids[m_i];
-    return Acad::eOk;
 }
 
 #define QM_ACCEPTS(Table, Record)                                                                  \
@@ -179,27 +174,6 @@ bool AcDbBlockTableRecord::isAnonymous() const {
 bool AcDbBlockTableRecord::isLayout() const {
     return EqualsNoCase(StrLeft(m_strName, 12), L"*Model_Space") ||
            EqualsNoCase(StrLeft(m_strName, 12), L"*Paper_Space");
-}
-
-AcDbBlockTableRecordIterator::AcDbBlockTableRecordIterator(std::vector<AcDbObjectId> ids,
-                                                           bool bSkipDeleted)
-    : m_ids(std::move(ids)), m_bSkip(bSkipDeleted) {
-    skip();
-}
-
-void AcDbBlockTableRecordIterator::step() {
-    ++m_i;
-    skip();
-}
-
-void AcDbBlockTableRecordIterator::skip() {
-    while (m_i < m_ids.size() && (!m_ids[m_i].isValid() || (m_bSkip && m_ids[m_i].isErased())))
-        ++m_i;
-}
-
-Acad::ErrorStatus AcDbBlockTableRecordIterator::getEntityId(AcDbObjectId& id) const {
-    id = m_ids[m_i];
-    return Acad::eOk;
 }
 
 Acad::ErrorStatus AcDbDimStyleTableRecord::setDimlfac(double d) {

@@ -55,14 +55,17 @@ private:
     std::vector<AcDbObjectId> m_records;
 };
 
-class AcDbSymbolTableIterator {
+// A walk over a snapshot of ids that passes over unloaded ones and, when
+// asked, erased ones; the two iterators of the editor are this walk.
+class AcDbIdWalk {
 public:
-    AcDbSymbolTableIterator(std::vector<AcDbObjectId> ids, bool bSkipDeleted);
+    AcDbIdWalk(std::vector<AcDbObjectId> ids, bool bSkipDeleted);
     bool done() const { return m_i >= m_ids.size(); }
     void step();
-    AcDbObjectId getRecordId() const { return m_ids[m_i]; }
-    Acad::ErrorStatus getRecordId(AcDbObjectId& id) const;
-    template <class T> Acad::ErrorStatus getRecord(T*& p, AcDb::OpenMode mode) const {
+
+protected:
+    AcDbObjectId current() const { return m_ids[m_i]; }
+    template <class T> Acad::ErrorStatus openCurrent(T*& p, AcDb::OpenMode mode) const {
         return acdbOpenObject(p, m_ids[m_i], mode, !m_bSkip);
     }
 
@@ -71,6 +74,19 @@ private:
     std::vector<AcDbObjectId> m_ids;
     size_t m_i = 0;
     bool m_bSkip;
+};
+
+class AcDbSymbolTableIterator : public AcDbIdWalk {
+public:
+    using AcDbIdWalk::AcDbIdWalk;
+    AcDbObjectId getRecordId() const { return current(); }
+    Acad::ErrorStatus getRecordId(AcDbObjectId& id) const {
+        id = current();
+        return Acad::eOk;
+    }
+    template <class T> Acad::ErrorStatus getRecord(T*& p, AcDb::OpenMode mode) const {
+        return openCurrent(p, mode);
+    }
 };
 
 #define QM_SYMBOL_TABLE(Table, Record, Dxf)                                                        \
@@ -111,22 +127,17 @@ private:
     std::vector<AcDbObjectId> m_entities;
 };
 
-class AcDbBlockTableRecordIterator {
+class AcDbBlockTableRecordIterator : public AcDbIdWalk {
 public:
-    AcDbBlockTableRecordIterator(std::vector<AcDbObjectId> ids, bool bSkipDeleted);
-    bool done() const { return m_i >= m_ids.size(); }
-    void step();
-    AcDbObjectId getEntityId() const { return m_ids[m_i]; }
-    Acad::ErrorStatus getEntityId(AcDbObjectId& id) const;
-    template <class T> Acad::ErrorStatus getEntity(T*& p, AcDb::OpenMode mode) const {
-        return acdbOpenObject(p, m_ids[m_i], mode, !m_bSkip);
+    using AcDbIdWalk::AcDbIdWalk;
+    AcDbObjectId getEntityId() const { return current(); }
+    Acad::ErrorStatus getEntityId(AcDbObjectId& id) const {
+        id = current();
+        return Acad::eOk;
     }
-
-private:
-    void skip();
-    std::vector<AcDbObjectId> m_ids;
-    size_t m_i = 0;
-    bool m_bSkip;
+    template <class T> Acad::ErrorStatus getEntity(T*& p, AcDb::OpenMode mode) const {
+        return openCurrent(p, mode);
+    }
 };
 
 class AcDbLayerTableRecord : public AcDbSymbolTableRecord {
