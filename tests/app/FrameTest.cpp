@@ -62,7 +62,7 @@ TEST_F(FrameTest, MoveHolePrintsNothingAndFirstRunOnlyMakesTheSentinel) {
     m_host.Run({L"DrawingManage"});
     EXPECT_TRUE(FsIsDirectory(m_dir / L"common\\DzStrucLib")); // made, and no window yet
     EXPECT_EQ(g_HoleLib.pLibDlg, nullptr);
-    m_host.Run({L"DrawingManage"});
+    m_host.Run({L"DrawingInsert"}); // no browser, no path: starts it as DrawingManage would
     EXPECT_NE(g_HoleLib.pLibDlg, nullptr);
 }
 
