@@ -83,7 +83,7 @@ std::unique_ptr<IFtpSession> CCrashingFtpClient::OpenSession() {
 }
 
 void CCrashingFtpClient::AfterCall(const std::wstring& strLine) {
-    if (m_bCrashed || m_strCrashAfter.empty() || strLine.rfind(m_strCrashAfter, 0) != 0)
+    if (m_bCrashed || m_strCrashAfter.empty() || strLine != m_strCrashAfter)
         return;
     m_bCrashed = true;
     m_server.Stop();

@@ -14,7 +14,7 @@
 #include <vector>
 
 // Stops the server right after the first call whose log line ("PutFile
-// Server.xml.bak", as CRecordingFtpClient writes them) begins with
+// Server.xml.bak", as CRecordingFtpClient writes them) equals
 // m_strCrashAfter, as if the workstation died there.
 class CCrashingFtpClient : public IFtpClient {
 public:
