@@ -1,4 +1,5 @@
-// Reliability of concurrent commits: N workstation processes commit M distinct files each to one local site.
+// Reliability of concurrent commits: N workstation processes commit M distinct files each to one
+// local site.
 //   site_commit_bench [M]   runs N = 2, 4, 8 and prints what reached "Server.xml".
 #include "shared/FtpLoginInfo.h"
 #include "shared/MyFtpConnection.h"
@@ -96,8 +97,8 @@ RUN_FIGURES RunOnce(int nWorkstations, int nCommits) {
     ReadLines(server / L"Server.xml", lines, false);
     for (int i = 0; i < nWorkstations; ++i)
         for (int k = 0; k < nCommits; ++k) {
-            std::wstring strPath = L"InstallHole\\w" + std::to_wstring(i) + L"_" +
-                                   std::to_wstring(k) + L".dwg|";
+            std::wstring strPath =
+                L"InstallHole\\w" + std::to_wstring(i) + L"_" + std::to_wstring(k) + L".dwg|";
             for (const std::wstring& strLine : lines)
                 if (strLine.starts_with(strPath)) {
                     ++figures.nPresent;

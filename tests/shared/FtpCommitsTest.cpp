@@ -178,9 +178,10 @@ TEST_F(FtpCommitsTest, CrashAfterEachStepIsCaughtUpByTheNextClient) {
     for (const ROW& row : rows) {
         SCOPED_TRACE(row.pszStep);
         SeedThreeCommits();
-        m_site->m_crasher.m_strCrashAfter = row.pszStep;
+        m_site->CrashAfter(row.pszStep);
         Commit(0, L"b.dwg", "B");
-        ASSERT_TRUE(m_site->m_crasher.m_bCrashed);
+        ASSERT_TRUE(m_site->m_bCrashed);
+        m_site->m_recorder.m_onCall = nullptr;
         ASSERT_TRUE(m_site->m_server.Start());
         EXPECT_EQ(m_site->SiteBytes(L"InstallHole\\b.dwg"), "B");
         EXPECT_EQ(m_site->OnSite(L"Server.xml.bak"), row.bLockLeft);

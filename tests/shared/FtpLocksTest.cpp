@@ -112,27 +112,17 @@ TEST_F(FtpLocksTest, CheckOutPassesBetweenWorkstationsOnlyWithConsent) {
     EXPECT_FALSE(m_site.On(0).IsLockRevokedPrompt(L"InstallHole\\gone.dwg"));
 }
 
-TEST_F(FtpLocksTest, ConfirmLockBreakAndTakeFileLockAskOnlyForeignHolders) {
+TEST_F(FtpLocksTest, TakeFileLockAsksOnlyAForeignHolder) {
     m_site.PutOnSite(L"Data\\TzMainLib.mdb.bak", Id(1));
-    m_host.m_answers = {IDNO};
-    EXPECT_FALSE(m_site.On(0).ConfirmLockBreak(L"Data\\TzMainLib.mdb"));
+    m_host.m_answers = {IDNO, IDYES};
     EXPECT_FALSE(m_site.On(0).TakeFileLock(L"Data\\TzMainLib.mdb.bak"));
+    EXPECT_EQ(Holder(L"Data\\TzMainLib.mdb.bak"), Id(1));
+    EXPECT_TRUE(m_site.On(0).TakeFileLock(L"Data\\TzMainLib.mdb.bak"));
+    EXPECT_TRUE(m_site.On(0).TakeFileLock(L"Data\\TzMainLib.mdb.bak")); // own: rewritten
+    EXPECT_EQ(Holder(L"Data\\TzMainLib.mdb.bak"), Id(0));
     ASSERT_EQ(m_host.m_boxes.size(), 2u);
     EXPECT_EQ(m_host.m_boxes[0].strText,
-              TakeOverText(CSharedSite::HostId(1), L"Data\\TzMainLib.mdb"));
-    EXPECT_EQ(m_host.m_boxes[1].strText,
               TakeOverText(CSharedSite::HostId(1), L"Data\\TzMainLib.mdb.bak"));
-    EXPECT_EQ(Holder(L"Data\\TzMainLib.mdb.bak"), Id(1));
-
-    m_host.m_answers = {IDYES};
-    EXPECT_TRUE(m_site.On(0).TakeFileLock(L"Data\\TzMainLib.mdb.bak"));
-    EXPECT_EQ(Holder(L"Data\\TzMainLib.mdb.bak"), Id(0));
-    EXPECT_TRUE(m_site.On(0).TakeFileLock(L"Data\\TzMainLib.mdb.bak")); // own: rewritten
-    EXPECT_TRUE(m_site.On(0).ConfirmLockBreak(L"Data\\TzMainLib.mdb"));
-    EXPECT_FALSE(m_site.OnSite(L"Data\\TzMainLib.mdb.bak"));
-    EXPECT_TRUE(m_site.On(0).TakeFileLock(L"Data\\TzMainLib.mdb.bak")); // absent: written
-    EXPECT_EQ(Holder(L"Data\\TzMainLib.mdb.bak"), Id(0));
-    EXPECT_EQ(m_host.m_boxes.size(), 3u);
 
     // A file that isn't on the site: the local copy counts, and nothing is locked.
     EXPECT_TRUE(m_site.On(0).CheckOutFile(m_site.Install(0, L"b.dwg"), L"InstallHole\\", L"b.dwg"));

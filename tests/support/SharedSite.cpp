@@ -13,63 +13,6 @@ namespace {
 
 const FTP_SESSION_OPTIONS kQuick = {2000, 2000, 2000, 10, 1};
 
-class CCrashingConnection : public IFtpConnection {
-public:
-    CCrashingConnection(std::unique_ptr<IFtpConnection> real, CCrashingFtpClient& owner)
-        : m_real(std::move(real)), m_owner(owner) {}
-    void Close() override { m_real->Close(); }
-    bool GetFile(const std::wstring& r, const std::wstring& l) override {
-        return After(m_real->GetFile(r, l), L"GetFile " + r);
-    }
-    bool PutFile(const std::wstring& l, const std::wstring& r) override {
-        return After(m_real->PutFile(l, r), L"PutFile " + r);
-    }
-    bool Remove(const std::wstring& r) override { return After(m_real->Remove(r), L"Remove " + r); }
-    bool Rename(const std::wstring& f, const std::wstring& t) override {
-        return After(m_real->Rename(f, t), L"Rename " + f + L" " + t);
-    }
-    bool SetCurrentDirectory(const std::wstring& d) override {
-        return After(m_real->SetCurrentDirectory(d), L"Cd " + d);
-    }
-    bool GetCurrentDirectory(std::wstring& d) override { return m_real->GetCurrentDirectory(d); }
-    bool CreateDirectory(const std::wstring& d) override {
-        return After(m_real->CreateDirectory(d), L"Mkd " + d);
-    }
-    bool RemoveDirectory(const std::wstring& d) override {
-        return After(m_real->RemoveDirectory(d), L"Rmd " + d);
-    }
-    bool FindFiles(const std::wstring& p, std::vector<FTP_FIND_DATA>& found) override {
-        return After(m_real->FindFiles(p, found), L"Find " + p);
-    }
-
-private:
-    bool After(bool bResult, const std::wstring& strLine) {
-        m_owner.AfterCall(strLine);
-        return bResult;
-    }
-    std::unique_ptr<IFtpConnection> m_real;
-    CCrashingFtpClient& m_owner;
-};
-
-class CCrashingSession : public IFtpSession {
-public:
-    CCrashingSession(std::unique_ptr<IFtpSession> real, CCrashingFtpClient& owner)
-        : m_real(std::move(real)), m_owner(owner) {}
-    bool SetOption(int nOption, uint32_t nValue) override {
-        return m_real->SetOption(nOption, nValue);
-    }
-    std::unique_ptr<IFtpConnection> GetFtpConnection(const std::wstring& s, const std::wstring& u,
-                                                     const std::wstring& p, uint16_t n, bool b,
-                                                     std::wstring& e) override {
-        auto real = m_real->GetFtpConnection(s, u, p, n, b, e);
-        return real ? std::make_unique<CCrashingConnection>(std::move(real), m_owner) : nullptr;
-    }
-
-private:
-    std::unique_ptr<IFtpSession> m_real;
-    CCrashingFtpClient& m_owner;
-};
-
 void CountingSleep(unsigned) {
     ++CCountingSleep::s_nSleeps;
     if (CCountingSleep::s_onSleep)
@@ -78,15 +21,16 @@ void CountingSleep(unsigned) {
 
 } // namespace
 
-std::unique_ptr<IFtpSession> CCrashingFtpClient::OpenSession() {
-    return std::make_unique<CCrashingSession>(m_real.OpenSession(), *this);
-}
-
-void CCrashingFtpClient::AfterCall(const std::wstring& strLine) {
-    if (m_bCrashed || m_strCrashAfter.empty() || strLine != m_strCrashAfter)
-        return;
-    m_bCrashed = true;
-    m_server.Stop();
+void CSharedSite::CrashAfter(const std::wstring& strCall) {
+    m_bCrashed = false;
+    auto pLast = std::make_shared<std::wstring>();
+    m_recorder.m_onCall = [this, strCall, pLast](const std::wstring& strLine) {
+        if (!m_bCrashed && *pLast == strCall) {
+            m_bCrashed = true;
+            m_server.Stop();
+        }
+        *pLast = strLine;
+    };
 }
 
 CCountingSleep::CCountingSleep() {

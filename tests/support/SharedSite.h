@@ -13,23 +13,6 @@
 #include <string>
 #include <vector>
 
-// Stops the server right after the first call whose log line ("PutFile
-// Server.xml.bak", as CRecordingFtpClient writes them) equals
-// m_strCrashAfter, as if the workstation died there.
-class CCrashingFtpClient : public IFtpClient {
-public:
-    CCrashingFtpClient(IFtpClient& real, CFtpTestServer& server) : m_real(real), m_server(server) {}
-    std::unique_ptr<IFtpSession> OpenSession() override;
-    void AfterCall(const std::wstring& strLine);
-
-    std::wstring m_strCrashAfter;
-    bool m_bCrashed = false;
-
-private:
-    IFtpClient& m_real;
-    CFtpTestServer& m_server;
-};
-
 // Counts the sleeps of the lock polls instead of sleeping; m_onSleep runs at each.
 class CCountingSleep {
 public:
@@ -65,10 +48,14 @@ public:
     CStringArray SiteLines(const std::wstring& strRel) const;
 
     CTestHost& m_host;
+    // Kills the server once a call logged as this line ("PutFile Server.xml.bak")
+    // has finished, as if the workstation died there.
+    void CrashAfter(const std::wstring& strCall);
+
     CFtpTestServer m_server;
     CCurlFtpClient m_curl{"UTF-8"};
-    CCrashingFtpClient m_crasher{m_curl, m_server};
-    CRecordingFtpClient m_recorder{m_crasher};
+    CRecordingFtpClient m_recorder{m_curl};
+    bool m_bCrashed = false;
 
 private:
     std::vector<std::unique_ptr<CTempDir>> m_installs;
