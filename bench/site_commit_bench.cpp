@@ -26,14 +26,17 @@ namespace {
 using CClock = std::chrono::steady_clock;
 
 int g_nSleepsThisCommit = 0;
+int g_nSleeps = 0;
 
 void RealCountingSleep(unsigned nMs) {
     ++g_nSleepsThisCommit;
+    ++g_nSleeps;
     std::this_thread::sleep_for(std::chrono::milliseconds(nMs));
 }
 
 struct RUN_FIGURES {
-    int nAttempted = 0, nPresent = 0, nTakeOvers = 0, nRefusedBackups = 0, nFailedRepairs = 0;
+    int nAttempted = 0, nPresent = 0, nTakeOvers = 0, nLockWaits = 0;
+    int nRefusedBackups = 0, nFailedRepairs = 0;
     double dWallSeconds = 0;
 };
 
@@ -59,8 +62,8 @@ struct RUN_FIGURES {
             nTakeOvers += g_nSleepsThisCommit >= 6;
         }
     }
-    WriteBytes(strInstall + L"result.txt", std::to_string(nTakeOvers));
-    std::fflush(nullptr);
+    WriteBytes(strInstall + L"result.txt",
+               std::to_string(nTakeOvers) + " " + std::to_string(g_nSleeps));
     _exit(0);
 }
 
@@ -81,6 +84,7 @@ RUN_FIGURES RunOnce(int nWorkstations, int nCommits) {
     }
     auto start = CClock::now();
     std::vector<pid_t> children;
+    std::fflush(nullptr); // a child must not print the parent's buffer again
     for (int i = 0; i < nWorkstations; ++i) {
         pid_t pid = fork();
         if (pid == 0)
@@ -91,8 +95,11 @@ RUN_FIGURES RunOnce(int nWorkstations, int nCommits) {
         waitpid(pid, nullptr, 0);
     figures.dWallSeconds = std::chrono::duration<double>(CClock::now() - start).count();
     figures.nAttempted = nWorkstations * nCommits;
-    for (int i = 0; i < nWorkstations; ++i)
-        figures.nTakeOvers += std::atoi(ReadBytes(*installs[i] / L"result.txt").c_str());
+    for (int i = 0; i < nWorkstations; ++i) {
+        std::string strResult = ReadBytes(*installs[i] / L"result.txt");
+        figures.nTakeOvers += std::atoi(strResult.c_str());
+        figures.nLockWaits += std::atoi(strResult.c_str() + strResult.find(' ') + 1);
+    }
     CStringArray lines;
     ReadLines(server / L"Server.xml", lines, false);
     for (int i = 0; i < nWorkstations; ++i)
@@ -118,13 +125,14 @@ RUN_FIGURES RunOnce(int nWorkstations, int nCommits) {
 
 int main(int argc, char** argv) {
     int nCommits = argc > 1 ? std::atoi(argv[1]) : 50;
-    std::printf("%-3s %9s %8s %6s %10s %8s %13s %12s\n", "N", "attempted", "present", "lost",
-                "take-overs", "repairs", "failed-repair", "ms/commit");
+    std::printf("%-3s %9s %8s %5s %10s %11s %8s %13s %10s\n", "N", "attempted", "present", "lost",
+                "lock-waits", "take-overs", "repairs", "failed-repair", "ms/commit");
     for (int nWorkstations : {2, 4, 8}) {
         RUN_FIGURES f = RunOnce(nWorkstations, nCommits);
-        std::printf("%-3d %9d %8d %6d %10d %8d %13d %12.1f\n", nWorkstations, f.nAttempted,
-                    f.nPresent, f.nAttempted - f.nPresent, f.nTakeOvers, f.nRefusedBackups,
-                    f.nFailedRepairs, f.nAttempted ? 1000.0 * f.dWallSeconds / f.nAttempted : 0.0);
+        std::printf("%-3d %9d %8d %5d %10d %11d %8d %13d %10.1f\n", nWorkstations, f.nAttempted,
+                    f.nPresent, f.nAttempted - f.nPresent, f.nLockWaits, f.nTakeOvers,
+                    f.nRefusedBackups, f.nFailedRepairs,
+                    f.nAttempted ? 1000.0 * f.dWallSeconds / f.nAttempted : 0.0);
     }
     return 0;
 }
