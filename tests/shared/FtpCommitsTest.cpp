@@ -201,3 +201,28 @@ TEST_F(FtpCommitsTest, CrashAfterEachStepIsCaughtUpByTheNextClient) {
         EXPECT_EQ(bTmpLeft, row.pszStep == rows[2].pszStep);
     }
 }
+
+TEST_F(FtpCommitsTest, TreeUploadThroughTheTemporaryNameLeavesNoScratchOnTheSite) {
+    WriteBytes(m_site->Install(0, L"LocalData\\Ftp.bg"), "");
+    m_site->Restart(0);
+    std::wstring strTree = m_site->Install(0, L"Tree");
+    FsCreateDirectory(strTree);
+    FsCreateDirectory(strTree + L"\\Sub");
+    WriteBytes(strTree + L"\\a.dwg", "a");
+    WriteBytes(strTree + L"\\notes.txt", "n");
+    WriteBytes(strTree + L"\\Sub\\c.prj", "c");
+    ASSERT_TRUE(m_site->On(0).UploadDirTree(strTree, L"InstallHole\\Tree\\"));
+    EXPECT_EQ(CCountingSleep::s_nSleeps, 2);
+    EXPECT_EQ(m_site->SiteBytes(L"InstallHole\\Tree\\Sub\\c.prj"), "c");
+    EXPECT_FALSE(m_site->OnSite(L"InstallHole\\Tree\\notes.txt"));
+    EXPECT_EQ(Server(), (CStringArray{L"版本日期：" + kDate + L"12",
+                                      Record(L"InstallHole\\Tree\\Sub\\c.prj", 12, L"MOD"),
+                                      Record(L"InstallHole\\Tree\\Sub\\", 11, L"MOD"),
+                                      Record(L"InstallHole\\Tree\\a.dwg", 10, L"MOD"),
+                                      Record(L"InstallHole\\Tree\\", 9, L"MOD")}));
+    EXPECT_EQ(m_site->SiteLines(L"Server.backup").size(), 4u);
+    EXPECT_EQ(m_site->SiteLines(L"OS.log").size(), 1u);
+    EXPECT_FALSE(m_site->OnSite(L"#.txt") || m_site->OnSite(L"InstallHole\\Tree\\#.txt"));
+    EXPECT_FALSE(m_site->OnSite(L"Server.xml.bak"));
+    EXPECT_TRUE(m_host.m_boxes.empty());
+}
