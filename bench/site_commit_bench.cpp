@@ -1,5 +1,4 @@
-// Reliability of concurrent commits: N workstation processes commit M distinct files each to one
-// local site.
+// Reliability of concurrent commits: N workstation processes, M distinct files each, one site.
 //   site_commit_bench [M]   runs N = 2, 4, 8 and prints what reached "Server.xml".
 #include "shared/FtpLoginInfo.h"
 #include "shared/MyFtpConnection.h"

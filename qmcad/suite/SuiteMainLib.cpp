@@ -1,5 +1,4 @@
-// The parts-database stand-in: one SQLite table of the hole items' recommended name, model and
-// code.
+// The parts-database stand-in: one SQLite table of the hole items' name, model and code.
 #include "suite/SuiteMainLib.h"
 
 #include "base/FileSystem.h"

@@ -1,5 +1,4 @@
-// The reference host's stand-in for the suite's parts-database library: an SQLite file in place of
-// Access.
+// The reference host's stand-in for the suite's parts-database library, over SQLite.
 #pragma once
 
 #include "host/SuiteInstallPaths.h"

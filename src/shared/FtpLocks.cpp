@@ -1,5 +1,4 @@
-// Advisory locks on the site: the short lock of the version file and the check-out of a library
-// file.
+// Advisory locks on the site: the version file's short lock and the check-out of a library file.
 #include "shared/MyFtpConnection.h"
 
 #include "base/FileSystem.h"

@@ -1,5 +1,4 @@
-// The client's update decision: is it in step with the site's "Server.xml", and taking the site's
-// header.
+// The client's update decision against the site's "Server.xml", and taking the site's header.
 #include "shared/MyFtpConnection.h"
 #include "shared/OperateVersionFile.h"
 

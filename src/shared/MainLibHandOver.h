@@ -1,5 +1,4 @@
-// The hand-over of a stored hole item's recommended name, model and code to the main parts
-// database.
+// The hand-over of a stored hole item's recommended name, model and code to the parts database.
 #pragma once
 
 #include "shared/MyFtpConnection.h"

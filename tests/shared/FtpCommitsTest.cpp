@@ -1,5 +1,4 @@
-// Commit flows between workstations on a real site: record shapes, seeding, repair, crashes at each
-// step.
+// Commit flows between workstations on a real site: records, seeding, repair, crash at each step.
 #include "shared/MyFtpConnection.h"
 
 #include "FixedVersionClock.h"

@@ -1,5 +1,4 @@
-// Locks between workstations on a real site: the version-file lock's polls and take-over, and
-// check-outs.
+// Locks between workstations on a real site: version-lock polls and take-over, check-outs.
 #include "shared/MyFtpConnection.h"
 
 #include "SharedSite.h"

@@ -1,5 +1,4 @@
-// The parts database between workstations: fetch, lock, the suite's write, commit, unlock; and the
-// start-up sync.
+// The parts database between workstations around the suite's write, and the start-up sync.
 #include "shared/MainLibHandOver.h"
 
 #include "EditorTestHost.h"

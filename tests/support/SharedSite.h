@@ -1,5 +1,4 @@
-// Several workstations of one shared library site, each with its own install tree and host id, on a
-// real FTP server.
+// Workstations of one shared site, each with its own install tree and host id, on a real server.
 #pragma once
 
 #include "FtpTestServer.h"
