@@ -7,6 +7,7 @@
 #include "ftp/CurlFtpClient.h"
 #include "suite/SuiteConfig.h"
 #include "suite/SuiteLabelNames.h"
+#include "suite/SuiteMainLib.h"
 
 #include "base/FileSystem.h"
 #include "base/StrUtil.h"
@@ -120,6 +121,8 @@ int main(int argc, char** argv) {
     if (!opt.strDemoDir.empty())
         labelNames.WriteDefaultFiles();
     services.pLabelNames = &labelNames;
+    CSuiteMainLib mainLib(config);
+    services.pMainLib = &mainLib;
     SetHostServices(services);
     editor.m_docs.NewDocument();
     PrintDemoSummary(config);

@@ -5,6 +5,7 @@
 #include "host/HostUi.h"
 #include "host/SuiteInstallPaths.h"
 #include "host/SuiteLabelNames.h"
+#include "host/SuiteMainLib.h"
 
 namespace {
 HOST_SERVICES g_services;
@@ -81,4 +82,10 @@ bool TzDll_CreatZhuangZhiAndDzNameArray(CZhuangZhiDzNameArray& devices,
 }
 std::wstring TzDll_GetZhuangZhiAndDzNameStamp() {
     return g_services.pLabelNames ? g_services.pLabelNames->NameTablesStamp() : L"";
+}
+
+void TzSaveHoleDataToEPartLib(std::wstring strCode, std::wstring strModel, std::wstring strName,
+                              std::wstring strFileName, int32_t nFlag) {
+    if (g_services.pMainLib)
+        g_services.pMainLib->SaveHoleDataToEPartLib(strCode, strModel, strName, strFileName, nFlag);
 }

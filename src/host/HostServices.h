@@ -11,6 +11,7 @@ class IDrawingPreview;
 class IHostUi;
 class ISuiteInstallPaths;
 class ISuiteLabelNames;
+class ISuiteMainLib;
 
 // Plain pointers owned by the host; a null entry is a service the host
 // does not offer, and every call through it fails plainly.
@@ -25,6 +26,7 @@ struct HOST_SERVICES {
     IFtpClient* pFtp = nullptr;
     ISuiteLabelNames* pLabelNames = nullptr;
     IDrawingPreview* pDrawingPreview = nullptr;
+    ISuiteMainLib* pMainLib = nullptr;
 };
 
 // The host sets the table before the module's first command and clears it

@@ -262,3 +262,41 @@ bool CMyFtpConnection::IsMainLibChanged(const std::wstring& strServerFile,
                                         const std::wstring& strClientHeader) {
     return ::IsMainLibChanged(strServerFile, strClientHeader);
 }
+
+std::wstring CMyFtpConnection::TempFtpPath(const std::wstring& strRel) const {
+    std::wstring strPath = JoinPath(JoinPath(m_strInstallPath, kTempFtpDir), strRel);
+    std::wstring strDir = GetParentPath(strPath);
+    if (!IsDirExist(strDir))
+        CreateDirPath(strDir);
+    return strPath;
+}
+
+std::wstring CMyFtpConnection::ClientFilePath(const wchar_t* pszName) const {
+    return JoinPath(m_strInstallPath, pszName);
+}
+
+bool CMyFtpConnection::PlainGet(const std::wstring& strRemote, const std::wstring& strLocal) {
+    return m_pConnection && m_pConnection->GetFile(strRemote, strLocal);
+}
+
+bool CMyFtpConnection::PlainPut(const std::wstring& strLocal, const std::wstring& strRemote) {
+    return m_pConnection && m_pConnection->PutFile(strLocal, strRemote);
+}
+
+bool CMyFtpConnection::PlainRemove(const std::wstring& strRemote) {
+    return m_pConnection && m_pConnection->Remove(strRemote);
+}
+
+bool CMyFtpConnection::PlainRename(const std::wstring& strFrom, const std::wstring& strTo) {
+    return m_pConnection && m_pConnection->Rename(strFrom, strTo);
+}
+
+bool CMyFtpConnection::PlainPutToSite(const std::wstring& strLocal, const std::wstring& strName) {
+    if (!m_bTempUpload)
+        return PlainPut(strLocal, strName);
+    if (!PlainPut(strLocal, L"#.txt"))
+        return false;
+    PlainRemove(strName);
+    PlainRename(L"#.txt", strName);
+    return true;
+}

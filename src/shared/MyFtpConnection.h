@@ -54,6 +54,42 @@ public:
     // date; it reads a version file and lives with the version-file code.
     bool IsMainLibChanged(const std::wstring& strServerFile, const std::wstring& strClientHeader);
 
+    // Locks: "Server.xml.bak" for the rewrite of the version file, and a
+    // library path plus ".bak" for a check-out (FtpLocks.cpp).
+    void LockServerFile();
+    bool CheckOutFile(const std::wstring& strLocal, const std::wstring& strDir,
+                      const std::wstring& strName);
+    bool TakeFileLock(const std::wstring& strLock);
+    bool ConfirmLockBreak(const std::wstring& strPath);
+    void ReleaseFileLock(const std::wstring& strLocal, const std::wstring& strDir);
+    bool IsLockRevokedPrompt(const std::wstring& strPath);
+    bool IsLockRevoked(const std::wstring& strPath);
+
+    // Commits: the change on the site, then the rewrite of "Server.xml" (FtpCommits.cpp).
+    bool CommitFile(const std::wstring& strLocal, const std::wstring& strRemote);
+    bool CommitDelete(const std::wstring& strRemote);
+    bool CommitRename(const std::wstring& strOld, const std::wstring& strNew);
+    bool CommitRenameDir(const std::wstring& strOld, const std::wstring& strNew);
+    bool CommitNewDir(const std::wstring& strParent, const std::wstring& strName);
+    bool CommitDeleteDir(const std::wstring& strPath);
+    bool DeleteRemoteFile(std::wstring strPath);
+    bool DeleteRemoteFileQuiet(std::wstring strPath);
+    bool RenameRemoteFile(std::wstring strOld, std::wstring strNew);
+    bool RenameRemoteDir(std::wstring strOld, std::wstring strNew);
+    // Uploads the drawings, items and projects of a local tree, one commit each.
+    bool UploadDirTree(const std::wstring& strLocalDir, const std::wstring& strRemoteDir);
+
+    // The backup of "Server.xml", its repair and the site's journal (FtpRepair.cpp).
+    void BackupServerFile(const std::wstring& strLocal);
+    bool VerifyServerFile(const std::wstring& strLocal, const CStringArray& arrPaths,
+                          const CStringArray& arrOprts);
+    bool WriteOperateLog(const std::wstring& strText);
+
+    // The client's update decision (FtpVersionSync.cpp).
+    bool CheckServerVersion();
+    bool CheckServerUpdate(bool& bMainLibChanged);
+    bool AdoptServerVersion();
+
     std::wstring m_strSitePath;
     std::unique_ptr<IFtpConnection> m_pConnection;
     std::unique_ptr<IFtpSession> m_pSession;
@@ -73,7 +109,40 @@ protected:
     bool EnsureConnected();
     // Back to the site directory: "/" and the site path.
     void ReturnToSite();
+
+    // A path under the install directory's "TempFTP", which is made when missing.
+    std::wstring TempFtpPath(const std::wstring& strRel) const;
+    std::wstring ClientFilePath(const wchar_t* pszName) const;
+    // The plain calls: one attempt, no reconnect; false without a connection.
+    bool PlainGet(const std::wstring& strRemote, const std::wstring& strLocal);
+    bool PlainPut(const std::wstring& strLocal, const std::wstring& strRemote);
+    bool PlainRemove(const std::wstring& strRemote);
+    bool PlainRename(const std::wstring& strFrom, const std::wstring& strTo);
+    // A plain upload into the site directory; with the marker through "#.txt",
+    // then the final name is removed and "#.txt" renamed to it.
+    bool PlainPutToSite(const std::wstring& strLocal, const std::wstring& strName);
+    // Writes the own host id to "TempFTP\LocalIP.txt" and uploads it as the lock.
+    void UploadOwnLock(const std::wstring& strLock);
+    // The holder's line of a lock, fetched to strScratch and deleted there;
+    // empty when the download failed.
+    std::wstring ReadRemoteLock(const std::wstring& strLock, const std::wstring& strScratch);
+    // Lock, fetch, backup, record, verify, upload, unlock.
+    bool RewriteVersionFile(const CStringArray& arrPaths, const CStringArray& arrOprts);
+    // The seed of a site without "Server.xml": the client's version file, or a
+    // new one with the given header.
+    void SeedServerVersion(const std::wstring& strSeedHeader);
 };
+
+// The sleeps of the lock polls and the tree upload; tests install their own.
+using FTP_SLEEP = void (*)(unsigned nMs);
+// Installs a sleep; nullptr restores the real one.
+void SetFtpSleep(FTP_SLEEP pSleep);
+void FtpSleep(unsigned nMs);
+
+// The opening step of the hole library's command in a shared installation:
+// when the site's version differs, the suite's update command is sent to the
+// editor, after "CloseMain" when the parts database changed.
+void SyncClientOnStart();
 
 // The workstation's host id, "%s(%s)" of address and machine name. The
 // environment variable QM_HOST_ID, when set, stands in for the whole id,

@@ -49,6 +49,10 @@ void SetVersionClock(VERSION_CLOCK pClock) {
     g_pVersionClock = pClock ? pClock : &SystemClock;
 }
 
+bool VersionClockNow(std::tm& localTime) {
+    return g_pVersionClock(localTime);
+}
+
 std::wstring VersionDateOfHeader(const std::wstring& strHeader) {
     return StrTrimLeft(strHeader, kVersionHeaderPrefix);
 }

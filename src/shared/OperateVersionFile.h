@@ -19,6 +19,8 @@ inline constexpr const wchar_t* kMainLibPath = L"Data\\TzMainLib.mdb";
 using VERSION_CLOCK = bool (*)(std::tm& localTime);
 // Installs a clock; nullptr restores the system's.
 void SetVersionClock(VERSION_CLOCK pClock);
+// The installed clock's local time.
+bool VersionClockNow(std::tm& localTime);
 
 class COperateVersionFile {
 public:

@@ -107,54 +107,54 @@ namespace {
 
 class CRecordingConnection : public IFtpConnection {
 public:
-    CRecordingConnection(std::unique_ptr<IFtpConnection> real, std::vector<std::wstring>& log)
-        : m_real(std::move(real)), m_log(log) {}
+    CRecordingConnection(std::unique_ptr<IFtpConnection> real, CRecordingFtpClient& owner)
+        : m_real(std::move(real)), m_owner(owner) {}
     void Close() override { m_real->Close(); }
     bool GetFile(const std::wstring& strRemote, const std::wstring& strLocal) override {
-        m_log.push_back(L"GetFile " + strRemote);
+        m_owner.Log(L"GetFile " + strRemote);
         return m_real->GetFile(strRemote, strLocal);
     }
     bool PutFile(const std::wstring& strLocal, const std::wstring& strRemote) override {
-        m_log.push_back(L"PutFile " + strRemote);
+        m_owner.Log(L"PutFile " + strRemote);
         return m_real->PutFile(strLocal, strRemote);
     }
     bool Remove(const std::wstring& strRemote) override {
-        m_log.push_back(L"Remove " + strRemote);
+        m_owner.Log(L"Remove " + strRemote);
         return m_real->Remove(strRemote);
     }
     bool Rename(const std::wstring& strFrom, const std::wstring& strTo) override {
-        m_log.push_back(L"Rename " + strFrom + L" " + strTo);
+        m_owner.Log(L"Rename " + strFrom + L" " + strTo);
         return m_real->Rename(strFrom, strTo);
     }
     bool SetCurrentDirectory(const std::wstring& strDir) override {
-        m_log.push_back(L"Cd " + strDir);
+        m_owner.Log(L"Cd " + strDir);
         return m_real->SetCurrentDirectory(strDir);
     }
     bool GetCurrentDirectory(std::wstring& strDir) override {
         return m_real->GetCurrentDirectory(strDir);
     }
     bool CreateDirectory(const std::wstring& strDir) override {
-        m_log.push_back(L"Mkd " + strDir);
+        m_owner.Log(L"Mkd " + strDir);
         return m_real->CreateDirectory(strDir);
     }
     bool RemoveDirectory(const std::wstring& strDir) override {
-        m_log.push_back(L"Rmd " + strDir);
+        m_owner.Log(L"Rmd " + strDir);
         return m_real->RemoveDirectory(strDir);
     }
     bool FindFiles(const std::wstring& strPattern, std::vector<FTP_FIND_DATA>& found) override {
-        m_log.push_back(L"Find " + strPattern);
+        m_owner.Log(L"Find " + strPattern);
         return m_real->FindFiles(strPattern, found);
     }
 
 private:
     std::unique_ptr<IFtpConnection> m_real;
-    std::vector<std::wstring>& m_log;
+    CRecordingFtpClient& m_owner;
 };
 
 class CRecordingSession : public IFtpSession {
 public:
-    CRecordingSession(std::unique_ptr<IFtpSession> real, std::vector<std::wstring>& log)
-        : m_real(std::move(real)), m_log(log) {}
+    CRecordingSession(std::unique_ptr<IFtpSession> real, CRecordingFtpClient& owner)
+        : m_real(std::move(real)), m_owner(owner) {}
     bool SetOption(int nOption, uint32_t nValue) override {
         return m_real->SetOption(nOption, nValue);
     }
@@ -163,23 +163,29 @@ public:
                                                      const std::wstring& strPassword,
                                                      uint16_t nPort, bool bPassive,
                                                      std::wstring& strError) override {
-        m_log.push_back(L"login");
+        m_owner.Log(L"login");
         auto real =
             m_real->GetFtpConnection(strServer, strUser, strPassword, nPort, bPassive, strError);
         if (!real)
             return nullptr;
-        return std::make_unique<CRecordingConnection>(std::move(real), m_log);
+        return std::make_unique<CRecordingConnection>(std::move(real), m_owner);
     }
 
 private:
     std::unique_ptr<IFtpSession> m_real;
-    std::vector<std::wstring>& m_log;
+    CRecordingFtpClient& m_owner;
 };
 
 } // namespace
 
 std::unique_ptr<IFtpSession> CRecordingFtpClient::OpenSession() {
-    return std::make_unique<CRecordingSession>(m_real.OpenSession(), m_log);
+    return std::make_unique<CRecordingSession>(m_real.OpenSession(), *this);
+}
+
+void CRecordingFtpClient::Log(const std::wstring& strLine) {
+    if (m_onCall)
+        m_onCall(strLine);
+    m_log.push_back(strLine);
 }
 
 int CRecordingFtpClient::Count(const std::wstring& strPrefix) const {

@@ -5,6 +5,7 @@
 
 #include "host/FtpClient.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -51,8 +52,11 @@ public:
     explicit CRecordingFtpClient(IFtpClient& real) : m_real(real) {}
     std::unique_ptr<IFtpSession> OpenSession() override;
     int Count(const std::wstring& strPrefix) const; // lines that begin with the prefix
+    void Log(const std::wstring& strLine);
 
     std::vector<std::wstring> m_log;
+    // Called with each line before the call is passed on.
+    std::function<void(const std::wstring&)> m_onCall;
 
 private:
     IFtpClient& m_real;

@@ -54,4 +54,20 @@ WireHandler.banner = "qm test server"
 WireHandler.auth_failed_timeout = 0
 server = FTPServer(("127.0.0.1", port), WireHandler)
 print(server.address[1], flush=True)
+
+# A test that dies must not leave its server behind holding ctest's output
+# open: the server leaves when its parent is gone.
+def _watch_parent(parent=os.getppid()):
+    import threading
+    import time
+
+    def watch():
+        while os.getppid() == parent:
+            time.sleep(0.5)
+        os._exit(0)
+
+    threading.Thread(target=watch, daemon=True).start()
+
+
+_watch_parent()
 server.serve_forever(handle_exit=True)

@@ -1,0 +1,137 @@
+// Reliability of concurrent commits: N workstation processes, M distinct files each, one site.
+//   site_commit_bench [M]   runs N = 2, 4, 8 and prints what reached "Server.xml".
+#include "shared/FtpLoginInfo.h"
+#include "shared/MyFtpConnection.h"
+
+#include "FtpTestServer.h"
+#include "TestHost.h"
+#include "ftp/CurlFtpClient.h"
+
+#include "base/FileSystem.h"
+#include "base/StrUtil.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using CClock = std::chrono::steady_clock;
+
+int g_nSleepsThisCommit = 0;
+int g_nSleeps = 0;
+
+void RealCountingSleep(unsigned nMs) {
+    ++g_nSleepsThisCommit;
+    ++g_nSleeps;
+    std::this_thread::sleep_for(std::chrono::milliseconds(nMs));
+}
+
+struct RUN_FIGURES {
+    int nAttempted = 0, nPresent = 0, nTakeOvers = 0, nLockWaits = 0;
+    int nRefusedBackups = 0, nFailedRepairs = 0;
+    double dWallSeconds = 0;
+};
+
+// One workstation process: M commits, then "take-overs" into its result file.
+[[noreturn]] void RunWorkstation(const std::wstring& strInstall, int nIndex, int nCommits) {
+    CTestHost host;
+    host.m_strInstall = strInstall;
+    CCurlFtpClient curl("UTF-8");
+    HOST_SERVICES services = GetHostServices();
+    services.pFtp = &curl;
+    SetHostServices(services);
+    setenv("QM_HOST_ID", ("10.0.1." + std::to_string(nIndex + 1) + "(BENCH)").c_str(), 1);
+    SetFtpSleep(&RealCountingSleep);
+    int nTakeOvers = 0;
+    {
+        CMyFtpConnection ftp;
+        std::wstring strLocal = strInstall + L"item.dwg";
+        WriteBytes(strLocal, "drawing");
+        for (int k = 0; k < nCommits; ++k) {
+            g_nSleepsThisCommit = 0;
+            ftp.CommitFile(strLocal, L"InstallHole\\w" + std::to_wstring(nIndex) + L"_" +
+                                         std::to_wstring(k) + L".dwg");
+            nTakeOvers += g_nSleepsThisCommit >= 6;
+        }
+    }
+    WriteBytes(strInstall + L"result.txt",
+               std::to_string(nTakeOvers) + " " + std::to_string(g_nSleeps));
+    _exit(0);
+}
+
+RUN_FIGURES RunOnce(int nWorkstations, int nCommits) {
+    RUN_FIGURES figures;
+    CFtpTestServer server;
+    if (!server.Start())
+        return figures;
+    FsCreateDirectory(server / L"InstallHole");
+    std::vector<std::unique_ptr<CTempDir>> installs;
+    for (int i = 0; i < nWorkstations; ++i) {
+        installs.push_back(std::make_unique<CTempDir>());
+        FsCreateDirectory(*installs[i] / L"LocalData");
+        std::wstring strLogin = *installs[i] / L"LocalData\\TzFTPLoginInfo.sys";
+        WriteBytes(strLogin, "");
+        WriteLoginInfo(strLogin, {L"", L"", L"127.0.0.1", std::to_wstring(server.Port()), L"0",
+                                  L"qm", L"secret", L"", L"", L"", L"1"});
+    }
+    auto start = CClock::now();
+    std::vector<pid_t> children;
+    std::fflush(nullptr); // a child must not print the parent's buffer again
+    for (int i = 0; i < nWorkstations; ++i) {
+        pid_t pid = fork();
+        if (pid == 0)
+            RunWorkstation(installs[i]->Path(), i, nCommits);
+        children.push_back(pid);
+    }
+    for (pid_t pid : children)
+        waitpid(pid, nullptr, 0);
+    figures.dWallSeconds = std::chrono::duration<double>(CClock::now() - start).count();
+    figures.nAttempted = nWorkstations * nCommits;
+    for (int i = 0; i < nWorkstations; ++i) {
+        std::string strResult = ReadBytes(*installs[i] / L"result.txt");
+        figures.nTakeOvers += std::atoi(strResult.c_str());
+        figures.nLockWaits += std::atoi(strResult.c_str() + strResult.find(' ') + 1);
+    }
+    CStringArray lines;
+    ReadLines(server / L"Server.xml", lines, false);
+    for (int i = 0; i < nWorkstations; ++i)
+        for (int k = 0; k < nCommits; ++k) {
+            std::wstring strPath =
+                L"InstallHole\\w" + std::to_wstring(i) + L"_" + std::to_wstring(k) + L".dwg|";
+            for (const std::wstring& strLine : lines)
+                if (strLine.starts_with(strPath)) {
+                    ++figures.nPresent;
+                    break;
+                }
+        }
+    CStringArray log;
+    ReadLines(server / L"OS.log", log, false);
+    for (const std::wstring& strLine : log) {
+        figures.nRefusedBackups += strLine.ends_with(L"备份Server.xml文件时出错！");
+        figures.nFailedRepairs += StrFind(strLine, L"利用备份数据更新Server.xml仍然出错") >= 0;
+    }
+    return figures;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    int nCommits = argc > 1 ? std::atoi(argv[1]) : 50;
+    std::printf("%-3s %9s %8s %5s %10s %11s %8s %13s %10s\n", "N", "attempted", "present", "lost",
+                "lock-waits", "take-overs", "repairs", "failed-repair", "ms/commit");
+    for (int nWorkstations : {2, 4, 8}) {
+        RUN_FIGURES f = RunOnce(nWorkstations, nCommits);
+        std::printf("%-3d %9d %8d %5d %10d %11d %8d %13d %10.1f\n", nWorkstations, f.nAttempted,
+                    f.nPresent, f.nAttempted - f.nPresent, f.nLockWaits, f.nTakeOvers,
+                    f.nRefusedBackups, f.nFailedRepairs,
+                    f.nAttempted ? 1000.0 * f.dWallSeconds / f.nAttempted : 0.0);
+    }
+    return 0;
+}

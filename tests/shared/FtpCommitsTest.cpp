@@ -1,0 +1,227 @@
+// Commit flows between workstations on a real site: records, seeding, repair, crash at each step.
+#include "shared/MyFtpConnection.h"
+
+#include "FixedVersionClock.h"
+#include "SharedSite.h"
+#include "TestHost.h"
+
+#include "base/CodePage.h"
+#include "base/FileSystem.h"
+#include "base/Format.h"
+#include "base/StrUtil.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace {
+
+const std::wstring kDate = L"2026,11,21,16,02,";
+const std::wstring kOldClient = L"版本日期：2026,01,01,00,00,00";
+
+class FtpCommitsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(m_site->Started());
+        FsCreateDirectory(m_site->SitePath(L"InstallHole"));
+    }
+    // Workstation i commits a file of that name and content into InstallHole.
+    bool Commit(int i, const std::wstring& strName, const std::string& bytes = "work") {
+        std::wstring strLocal = m_site->Install(i, strName);
+        WriteBytes(strLocal, bytes);
+        return m_site->On(i).CommitFile(strLocal, L"InstallHole\\" + strName);
+    }
+    CStringArray Server() { return m_site->SiteLines(L"Server.xml"); }
+    // The record of a path with the date's last field, or empty.
+    static std::wstring Record(const std::wstring& strPath, int nSecond, const wchar_t* pszOprt) {
+        return Format(L"%s|%s%2.2d|%s", strPath, kDate, nSecond, std::wstring(pszOprt));
+    }
+    bool HasLine(const CStringArray& lines, const std::wstring& strLine) {
+        return std::find(lines.begin(), lines.end(), strLine) != lines.end();
+    }
+    std::wstring ClientHeader(int i) {
+        std::wstring strLine;
+        ReadFirstLine(m_site->Install(i, L"Client.xml"), strLine);
+        return strLine;
+    }
+    // Restarts the site with three commits of A, and B in step with it.
+    void SeedThreeCommits() {
+        m_site = std::make_unique<CSharedSite>(m_host, 2);
+        FsCreateDirectory(m_site->SitePath(L"InstallHole"));
+        for (const wchar_t* pszName : {L"a1.dwg", L"a2.dwg", L"a3.dwg"})
+            ASSERT_TRUE(Commit(0, pszName));
+        ASSERT_TRUE(m_site->On(1).Connect() && m_site->On(1).AdoptServerVersion());
+    }
+
+    CFixedVersionClock m_clock;
+    CTestHost m_host;
+    std::unique_ptr<CSharedSite> m_site = std::make_unique<CSharedSite>(m_host, 2);
+    CCountingSleep m_sleep;
+};
+
+} // namespace
+
+TEST_F(FtpCommitsTest, FirstCommitSeedsTheSiteAndLeavesTheClientInStep) {
+    ASSERT_TRUE(Commit(0, L"a.dwg", "A"));
+    EXPECT_EQ(m_site->SiteBytes(L"InstallHole\\a.dwg"), "A");
+    EXPECT_EQ(
+        m_site->SiteBytes(L"Server.xml"),
+        EncodeText(L"版本日期：2026,11,21,16,02,09\r\nInstallHole\\a.dwg|2026,11,21,16,02,09|MOD"));
+    EXPECT_EQ(m_site->SiteLines(L"Server.backup"), CStringArray{L"版本日期：2026,11,21, 16:02:09"});
+    EXPECT_EQ(m_site->SiteLines(L"OS.log"),
+              CStringArray{L"[TIME:]2026-11-21 16:2:9  [HOST:]10.0.0.1(WS1)  "
+                           L"[OPRT:]Server.backup文件不存在或数据为空！"});
+    EXPECT_FALSE(m_site->OnSite(L"Server.xml.bak"));
+    EXPECT_EQ(ClientHeader(0), L"版本日期：2026,11,21,16,02,09");
+    bool bMainLib = true;
+    EXPECT_FALSE(m_site->On(0).CheckServerUpdate(bMainLib));
+
+    // A failed upload writes no record, yet the flow counts as done.
+    EXPECT_TRUE(m_site->On(0).CommitFile(m_site->Install(0, L"a.dwg"), L"Missing\\a.dwg"));
+    EXPECT_EQ(m_host.m_boxes.back().strText,
+              L"文件 Missing\\a.dwg 上传失败，请确认是否被其它客户端用户调用！");
+    EXPECT_EQ(Server().size(), 2u);
+
+    // A client behind the site records its work and stays behind.
+    WriteTextFile(m_site->Install(1, L"Client.xml"), kOldClient);
+    ASSERT_TRUE(Commit(1, L"b.dwg"));
+    EXPECT_EQ(Server().at(1), Record(L"InstallHole\\b.dwg", 10, L"MOD"));
+    EXPECT_EQ(ClientHeader(1), kOldClient);
+    EXPECT_TRUE(m_site->On(1).CheckServerUpdate(bMainLib));
+    EXPECT_FALSE(bMainLib);
+    EXPECT_TRUE(m_site->On(0).CheckServerVersion()); // A is behind B's commit now
+}
+
+TEST_F(FtpCommitsTest, DeleteRenameAndDirectoryFlowsWriteTheirRecordShapes) {
+    ASSERT_TRUE(Commit(0, L"a.dwg") && Commit(0, L"c.dwg"));
+    CMyFtpConnection& a = m_site->On(0);
+    EXPECT_TRUE(a.CommitDelete(L"InstallHole\\gone.dwg"));
+    EXPECT_EQ(Server().size(), 3u);
+
+    m_host.m_answers = {IDNO};
+    EXPECT_FALSE(a.CommitRename(L"InstallHole\\a.dwg", L"InstallHole\\c.dwg"));
+    EXPECT_EQ(m_host.m_boxes.back().strText, L"重命名文件InstallHole\\c.dwg已经存在,是否覆盖？");
+    EXPECT_TRUE(m_site->OnSite(L"InstallHole\\a.dwg") && m_site->OnSite(L"InstallHole\\c.dwg"));
+    EXPECT_EQ(Server().size(), 3u);
+
+    ASSERT_TRUE(a.CommitRename(L"InstallHole\\a.dwg", L"InstallHole\\d.dwg"));
+    EXPECT_EQ(Server().at(1), Record(L"InstallHole\\d.dwg", 11, L"MOD"));
+    EXPECT_EQ(Server().at(2), Record(L"InstallHole\\a.dwg", 11, L"DEL"));
+    ASSERT_TRUE(a.CommitDelete(L"InstallHole\\c.dwg"));
+    EXPECT_EQ(Server().at(1), Record(L"InstallHole\\c.dwg", 12, L"DEL"));
+    EXPECT_FALSE(m_site->OnSite(L"InstallHole\\c.dwg"));
+
+    ASSERT_TRUE(a.CommitNewDir(L"InstallHole\\Sub\\", L""));
+    EXPECT_EQ(Server().at(1), Record(L"InstallHole\\Sub\\", 13, L"MOD"));
+    ASSERT_TRUE(a.CommitRenameDir(L"InstallHole\\Sub", L"InstallHole\\Box"));
+    EXPECT_EQ(Server().at(1), Record(L"InstallHole\\Box\\", 14, L"REN"));
+    EXPECT_EQ(Server().at(2), Record(L"InstallHole\\Sub\\", 14, L"DEL"));
+    EXPECT_TRUE(FsIsDirectory(m_site->SitePath(L"InstallHole\\Box")));
+
+    m_site->PutOnSite(L"InstallHole\\Box\\x.dwg", "x");
+    m_site->PutOnSite(L"InstallHole\\Box\\Inner\\y.dwg", "y");
+    ASSERT_TRUE(a.CommitDeleteDir(L"InstallHole\\Box\\"));
+    EXPECT_FALSE(m_site->OnSite(L"InstallHole\\Box"));
+    CStringArray lines = Server();
+    EXPECT_EQ(lines.size(), 7u); // one record per directory, none per file
+    EXPECT_EQ(lines.at(1), Record(L"InstallHole\\Box\\", 16, L"DEL"));
+    EXPECT_EQ(lines.at(2), Record(L"InstallHole\\Box\\Inner\\", 15, L"DEL"));
+    EXPECT_TRUE(a.CommitDeleteDir(L"Nowhere\\"));
+    EXPECT_EQ(Server().size(), 7u);
+    EXPECT_EQ(ClientHeader(0), L"版本日期：" + kDate + L"16");
+    EXPECT_FALSE(m_site->OnSite(L"Server.xml.bak"));
+}
+
+TEST_F(FtpCommitsTest, ShortServerFileIsRepairedFromTheBackupAndAnIrreparableOneIsTold) {
+    std::wstring strBackup = L"版本日期：2026,01,01,00,00,09";
+    for (int i = 9; i >= 0; --i)
+        strBackup += Format(L"\r\nInstallHole\\r%d.dwg|2026,01,01,00,00,%2.2d|MOD", i, i);
+    m_site->PutOnSite(L"Server.backup", EncodeText(strBackup));
+    std::string truncated = EncodeText(strBackup);
+    truncated.resize(truncated.find("\r\nInstallHole\\r1")); // two records lost
+    m_site->PutOnSite(L"Server.xml", truncated);
+    ASSERT_TRUE(Commit(0, L"new.dwg"));
+    CStringArray lines = Server();
+    EXPECT_EQ(lines.size(), 12u);
+    EXPECT_EQ(lines.at(1), Record(L"InstallHole\\new.dwg", 9, L"MOD"));
+    EXPECT_EQ(lines.back(), L"InstallHole\\r0.dwg|2026,01,01,00,00,00|MOD");
+    EXPECT_EQ(m_site->SiteLines(L"OS.log").at(0),
+              L"[TIME:]2026-11-21 16:2:9  [HOST:]10.0.0.1(WS1)  [OPRT:]备份Server.xml文件时出错！");
+    EXPECT_TRUE(m_host.m_boxes.empty());
+
+    // The local rewrite can't be written at all: box and log, nothing kept.
+    std::wstring strLocal = m_site->Install(0, L"TempFTP\\Unwritable");
+    FsCreateDirectory(strLocal);
+    EXPECT_FALSE(m_site->On(0).VerifyServerFile(strLocal, {L"x.dwg"}, {L"MOD"}));
+    ASSERT_EQ(m_host.m_boxes.size(), 1u);
+    EXPECT_EQ(m_host.m_boxes[0].strText, L"利用备份数据更新Server.xml仍然出错！");
+    EXPECT_EQ(m_host.m_boxes[0].nFlags, unsigned(MB_ICONSTOP));
+    EXPECT_TRUE(m_site->SiteLines(L"OS.log").back().ends_with(
+        L"[OPRT:]利用备份数据更新Server.xml仍然出错！"));
+    EXPECT_FALSE(FsExists(m_site->Install(0, L"TempFTP\\Server.backup")));
+}
+
+// Each row: A's fourth commit dies right after one step; then B commits.
+TEST_F(FtpCommitsTest, CrashAfterEachStepIsCaughtUpByTheNextClient) {
+    struct ROW {
+        const wchar_t* pszStep;
+        bool bLockLeft, bRecordOfB;
+        int nSleepsOfNext;
+    };
+    const ROW rows[] = {
+        {L"PutFile InstallHole\\b.dwg", false, false, 0},
+        {L"PutFile Server.xml.bak", true, false, 6},
+        {L"Rename Server.xml Server_Tmp.xml", true, false, 6},
+        {L"PutFile Server.xml", true, true, 6},
+    };
+    for (const ROW& row : rows) {
+        SCOPED_TRACE(row.pszStep);
+        SeedThreeCommits();
+        m_site->CrashAfter(row.pszStep);
+        Commit(0, L"b.dwg", "B");
+        ASSERT_TRUE(m_site->m_bCrashed);
+        m_site->m_recorder.m_onCall = nullptr;
+        ASSERT_TRUE(m_site->m_server.Start());
+        EXPECT_EQ(m_site->SiteBytes(L"InstallHole\\b.dwg"), "B");
+        EXPECT_EQ(m_site->OnSite(L"Server.xml.bak"), row.bLockLeft);
+
+        CCountingSleep::s_nSleeps = 0;
+        m_site->Restart(1);
+        ASSERT_TRUE(Commit(1, L"c.dwg"));
+        EXPECT_EQ(CCountingSleep::s_nSleeps, row.nSleepsOfNext);
+        EXPECT_FALSE(m_site->OnSite(L"Server.xml.bak"));
+        CStringArray lines = Server();
+        EXPECT_TRUE(lines.at(1).starts_with(L"InstallHole\\c.dwg|"));
+        EXPECT_EQ(lines.at(2).starts_with(L"InstallHole\\b.dwg|"), row.bRecordOfB);
+        EXPECT_TRUE(HasLine(lines, Record(L"InstallHole\\a1.dwg", 9, L"MOD")));
+        // Only the crash inside the rename loses a commit: the one the backup hadn't yet.
+        bool bTmpLeft = m_site->OnSite(L"Server_Tmp.xml");
+        EXPECT_EQ(HasLine(lines, Record(L"InstallHole\\a3.dwg", 11, L"MOD")), !bTmpLeft);
+        EXPECT_EQ(bTmpLeft, row.pszStep == rows[2].pszStep);
+    }
+}
+
+TEST_F(FtpCommitsTest, TreeUploadThroughTheTemporaryNameLeavesNoScratchOnTheSite) {
+    WriteBytes(m_site->Install(0, L"LocalData\\Ftp.bg"), "");
+    m_site->Restart(0);
+    std::wstring strTree = m_site->Install(0, L"Tree");
+    FsCreateDirectory(strTree);
+    FsCreateDirectory(strTree + L"\\Sub");
+    WriteBytes(strTree + L"\\a.dwg", "a");
+    WriteBytes(strTree + L"\\notes.txt", "n");
+    WriteBytes(strTree + L"\\Sub\\c.prj", "c");
+    ASSERT_TRUE(m_site->On(0).UploadDirTree(strTree, L"InstallHole\\Tree\\"));
+    EXPECT_EQ(CCountingSleep::s_nSleeps, 2);
+    EXPECT_EQ(m_site->SiteBytes(L"InstallHole\\Tree\\Sub\\c.prj"), "c");
+    EXPECT_FALSE(m_site->OnSite(L"InstallHole\\Tree\\notes.txt"));
+    EXPECT_EQ(Server(), (CStringArray{L"版本日期：" + kDate + L"12",
+                                      Record(L"InstallHole\\Tree\\Sub\\c.prj", 12, L"MOD"),
+                                      Record(L"InstallHole\\Tree\\Sub\\", 11, L"MOD"),
+                                      Record(L"InstallHole\\Tree\\a.dwg", 10, L"MOD"),
+                                      Record(L"InstallHole\\Tree\\", 9, L"MOD")}));
+    EXPECT_EQ(m_site->SiteLines(L"Server.backup").size(), 4u);
+    EXPECT_EQ(m_site->SiteLines(L"OS.log").size(), 1u);
+    EXPECT_FALSE(m_site->OnSite(L"#.txt") || m_site->OnSite(L"InstallHole\\Tree\\#.txt"));
+    EXPECT_FALSE(m_site->OnSite(L"Server.xml.bak"));
+    EXPECT_TRUE(m_host.m_boxes.empty());
+}
