@@ -22,6 +22,12 @@ public:
             delete m_items[i];
         m_items.clear();
     }
+    // Gives the members up to the caller, leaving the array empty.
+    std::vector<T*> Release() {
+        std::vector<T*> items;
+        items.swap(m_items);
+        return items;
+    }
     size_t size() const { return m_items.size(); }
     bool empty() const { return m_items.empty(); }
     T* operator[](size_t i) const { return m_items[i]; }
