@@ -139,3 +139,14 @@ TEST_F(HandOver, WrittenDrawingTakesTheSelectedSymbolsRecords) {
     info.ProcessWrittenDrawing();
     EXPECT_EQ(PartRecords(source), L"1:/KM1/接触器/ 2:+A/KM2/中间/ ");
 }
+
+TEST_F(HandOver, InsertionFromADrawingMadeByAnotherWriter) {
+    AcDbDatabase library(false, true);
+    ASSERT_TRUE(ReadFixtureDrawing(library, "drawingdata/ezdxf_library.dxf"));
+    dst.DrawingLocation(L"+T");
+    CProcessXdictInfo info;
+    info.sourceDb = &library;
+    info.targetDb = &target;
+    info.ProcessInsertedDrawing();
+    EXPECT_EQ(PartRecords(target), L"1:/KM1/接触器/ 2:+B/QF1/断路器/ 3:/X1/端子排/ ");
+}

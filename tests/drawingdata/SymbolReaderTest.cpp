@@ -208,3 +208,33 @@ TEST(SymbolReader, ClassifySegmentAllowsFivePercent) {
     EXPECT_EQ(seg(0.49, 10), 1);
     EXPECT_EQ(seg(10, 10), 2);
 }
+
+TEST(SymbolReader, ReadsTheSymbolsOfADrawingMadeByAnotherWriter) {
+    CTestHost host;
+    AcDbDatabase db(false, true);
+    ASSERT_TRUE(ReadFixtureDrawing(db, "drawingdata/ezdxf_library.dxf"));
+    std::wstring out;
+    AcDbBlockTableRecord* pMs = nullptr;
+    ASSERT_EQ(acdbOpenObject(pMs, db.modelSpaceId(), AcDb::kForRead), Acad::eOk);
+    for (AcDbObjectId id : pMs->entities()) {
+        COpened<AcDbEntity> ent(id);
+        auto* pRef = dynamic_cast<AcDbBlockReference*>(ent.p);
+        if (!pRef)
+            continue;
+        std::wstring name, kind, label, handle, loc;
+        GetSymbolNameAndKind(pRef, name, kind);
+        GetSymbolLabel(&db, pRef, label, handle);
+        GetSymbolLocation(&db, pRef, L"-", loc);
+        CSymbTermInfoArray infos;
+        GetSymbolTerminals(&db, pRef, infos);
+        out += name + L"|" + kind + L"|" + label + L"|" + loc + L"|" + Names(infos) + L"\n";
+        if (label == L"KM1:A1") { // turned by 90 degrees about its insertion point
+            EXPECT_NEAR(infos[1].point.x, -2, 1e-9);
+            EXPECT_NEAR(infos[1].point.y, 10, 1e-9);
+        }
+    }
+    pMs->close();
+    EXPECT_EQ(out, L"KM_COIL|二次符号|KM1:A1|-|A1=;A2=;\n"
+                   L"KM_COIL|二次符号|QF1|+B|A1=;A2=;\n"
+                   L"端子排|多端元件|X1|-|1=1;2=2;10=10;A=PE;\n");
+}

@@ -3,6 +3,7 @@
 #include "drawingdata/EqualLineArray.h"
 #include "drawingdata/InnerSymbArray.h"
 #include "drawingdata/RecordKeys.h"
+#include "drawingdata/SymbolReader.h"
 
 #include "SchematicBuilder.h"
 #include "TestHost.h"
@@ -128,4 +129,28 @@ TEST_F(WireDrawing, InnerSymbolsAreReachedFromNoWireTerminals) {
     std::sort(expected.begin(), expected.end());
     EXPECT_EQ(handles, expected);
     (void)outer;
+}
+
+TEST_F(WireDrawing, ReadsTheWiresOfADrawingMadeByAnotherWriter) {
+    AcDbDatabase file(false, true);
+    ASSERT_TRUE(ReadFixtureDrawing(file, "drawingdata/ezdxf_schematic.dxf"));
+    CEqualLineInfoArray sets;
+    GetEqualLines(&file, sets, true);
+    std::wstring s;
+    for (const COneEqualLineInfo* p : sets)
+        s += std::to_wstring(p->lineIds.size()) + p->names[0] + L" ";
+    EXPECT_EQ(s, L"2未定义1 1未定义2 2101 "); // the crossing without a dot and the board stay out
+
+    CStringArray handles;
+    GetInnerSymbolHandles(&file, handles);
+    CStringArray labels;
+    for (const std::wstring& h : handles) {
+        AcDbEntity* pEnt = nullptr;
+        ASSERT_EQ(acdbOpenObject(pEnt, IdOfHandle(&file, h), AcDb::kForRead), Acad::eOk);
+        std::wstring label, textHandle;
+        GetSymbolLabel(&file, pEnt, label, textHandle);
+        pEnt->close();
+        labels.push_back(label);
+    }
+    EXPECT_EQ(labels, (CStringArray{L"R2", L"R2", L"HL1"}));
 }

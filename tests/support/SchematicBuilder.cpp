@@ -2,8 +2,19 @@
 #include "SchematicBuilder.h"
 
 #include "DbBuilders.h"
+#include "base/SysPath.h"
+#include "dxf/DxfCodec.h"
 
+#include <cstdlib>
 #include <gtest/gtest.h>
+
+bool ReadFixtureDrawing(AcDbDatabase& db, const std::string& relPath) {
+    acdbSetFileCodec(&GetDxfCodec());
+    std::wstring path = FromOsPath(std::string(std::getenv("QM_TEST_DATA")) + "/" + relPath);
+    Acad::ErrorStatus es = db.readDwgFile(path.c_str());
+    acdbSetFileCodec(nullptr);
+    return es == Acad::eOk;
+}
 
 namespace {
 

@@ -8,6 +8,9 @@
 #include <utility>
 #include <vector>
 
+// Reads a drawing of tests/data through the reference host's file codec.
+bool ReadFixtureDrawing(AcDbDatabase& db, const std::string& relPath);
+
 struct TERMINAL_AT {
     std::wstring name;
     double x = 0, y = 0;
