@@ -13,6 +13,7 @@
 
 #include <gtest/gtest.h>
 #include <map>
+#include <random>
 
 namespace {
 
@@ -153,4 +154,50 @@ TEST_F(WireDrawing, ReadsTheWiresOfADrawingMadeByAnotherWriter) {
         labels.push_back(label);
     }
     EXPECT_EQ(labels, (CStringArray{L"R2", L"R2", L"HL1"}));
+}
+
+// The sets as a plain recursive flood over all pairs would make them.
+void FloodAllPairs(CEqualLineArray& a, size_t n, std::vector<char>& marked,
+                   AcDbObjectIdArray& out) {
+    if (marked[n])
+        return;
+    marked[n] = 1;
+    out.push_back(a.lines[n]->lineId);
+    for (size_t m = 0; m < a.lines.size(); ++m)
+        if (m != n && !marked[m] && a.AreConnected(*a.lines[n], *a.lines[m]))
+            FloodAllPairs(a, m, marked, out);
+}
+
+TEST_F(WireDrawing, IndexedSetsEqualThoseOfAllPairs) {
+    std::mt19937 rand(7);
+    auto coord = [&] { return (rand() % 400) / 4.0; }; // quarters: gaps of 0.25 and 0.5 occur
+    for (int i = 0; i < 600; ++i) {
+        double x = coord(), y = coord(), len = 1.0 + rand() % 12;
+        if (rand() % 2)
+            b.Wire(x, y, x + len, y);
+        else
+            b.Wire(x, y, x, y + len);
+        if (i % 10 == 0)
+            b.Insert(L"P", x, y);
+        if (i % 7 == 0)
+            b.JunctionDot(coord(), coord());
+    }
+    CEqualLineArray lines(&db);
+    ASSERT_GT(lines.lines.size(), 100u);
+    CEqualLineInfoArray sets;
+    lines.BuildEqualLines(sets);
+    std::vector<char> pending(lines.lines.size(), 1);
+    size_t nSet = 0;
+    for (size_t first = 0; first < pending.size(); ++first) {
+        if (!pending[first])
+            continue;
+        std::vector<char> marked(pending.size(), 0);
+        AcDbObjectIdArray expected;
+        FloodAllPairs(lines, first, marked, expected);
+        for (size_t n = 0; n < marked.size(); ++n)
+            pending[n] = pending[n] && !marked[n];
+        ASSERT_LT(nSet, sets.size());
+        EXPECT_EQ(sets[nSet++]->lineIds, expected);
+    }
+    EXPECT_EQ(nSet, sets.size());
 }
