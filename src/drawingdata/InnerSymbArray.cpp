@@ -11,6 +11,7 @@
 #include "settings/DataTables.h"
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <unordered_map>
 
@@ -45,45 +46,72 @@ bool ReadGroupEnds(AcDbDatabase* pDb, const CStringArray& handles, std::vector<L
     return true;
 }
 
-// The handles of one group as merged runs along an axis.
-CStringArray MergeRuns(std::vector<LINE_ENDS>& ends) {
+// One direction's line ends sorted along the axis, so that a merge looks only near its ends.
+struct AXIS_ENDS {
+    std::vector<std::pair<double, int>> starts; // start coordinate, line
+    std::vector<std::pair<double, int>> ends;   // both end coordinates, line
+};
+
+template <class F>
+void ForEachNear(const std::vector<std::pair<double, int>>& sorted, double v, F&& visit) {
+    double lo = v - kMergeTolerance - 1e-9, hi = v + kMergeTolerance + 1e-9;
+    auto it = std::lower_bound(sorted.begin(), sorted.end(), std::make_pair(lo, INT_MIN));
+    for (; it != sorted.end() && it->first <= hi; ++it)
+        if (std::fabs(it->first - v) <= kMergeTolerance)
+            visit(it->second);
+}
+
+// The handles of one group as merged runs along an axis: the longest line
+// first (the first of equals), then the longest that touches a run's end.
+CStringArray MergeRuns(std::vector<LINE_ENDS>& lines) {
+    AXIS_ENDS axes[3];
+    std::vector<int> byLength(lines.size());
+    for (size_t i = 0; i < lines.size(); ++i) {
+        const LINE_ENDS& e = lines[i];
+        int n = static_cast<int>(i);
+        AXIS_ENDS& axis = axes[e.direction];
+        axis.starts.emplace_back(AlongAxis(e.direction, e.start), n);
+        axis.ends.emplace_back(AlongAxis(e.direction, e.start), n);
+        axis.ends.emplace_back(AlongAxis(e.direction, e.end), n);
+        byLength[i] = n;
+    }
+    for (AXIS_ENDS& axis : axes) {
+        std::sort(axis.starts.begin(), axis.starts.end());
+        std::sort(axis.ends.begin(), axis.ends.end());
+    }
+    std::stable_sort(byLength.begin(), byLength.end(),
+                     [&](int a, int b) { return lines[a].length > lines[b].length; });
     CStringArray result;
-    while (true) {
-        LINE_ENDS* pLongest = nullptr;
-        for (LINE_ENDS& e : ends)
-            if (e.bRemaining && (!pLongest || e.length > pLongest->length))
-                pLongest = &e;
-        if (!pLongest)
-            break;
-        pLongest->bRemaining = false;
-        int dir = pLongest->direction;
-        bool bStartUpper = AlongAxis(dir, pLongest->start) > AlongAxis(dir, pLongest->end);
-        double upper = AlongAxis(dir, bStartUpper ? pLongest->start : pLongest->end);
-        double lower = AlongAxis(dir, bStartUpper ? pLongest->end : pLongest->start);
-        result.push_back(pLongest->handle);
+    for (int nFirst : byLength) {
+        if (!lines[nFirst].bRemaining)
+            continue;
+        LINE_ENDS& first = lines[nFirst];
+        first.bRemaining = false;
+        int dir = first.direction;
+        double upper = std::max(AlongAxis(dir, first.start), AlongAxis(dir, first.end));
+        double lower = std::min(AlongAxis(dir, first.start), AlongAxis(dir, first.end));
+        result.push_back(first.handle);
         while (true) {
-            for (LINE_ENDS& e : ends) {
-                double s = AlongAxis(dir, e.start);
-                if (e.bRemaining && e.direction == dir && std::fabs(s - lower) <= kMergeTolerance &&
-                    std::fabs(s - upper) <= kMergeTolerance)
-                    e.bRemaining = false;
-            }
-            LINE_ENDS* pNext = nullptr;
-            for (LINE_ENDS& e : ends) {
-                if (!e.bRemaining || e.direction != dir || (pNext && e.length <= pNext->length))
-                    continue;
-                for (double v : {AlongAxis(dir, e.start), AlongAxis(dir, e.end)})
-                    if (std::fabs(v - lower) <= kMergeTolerance ||
-                        std::fabs(v - upper) <= kMergeTolerance) {
-                        pNext = &e;
-                        break;
-                    }
-            }
-            if (!pNext)
+            // A line starting within the tolerance of both ends is dropped.
+            ForEachNear(axes[dir].starts, lower, [&](int i) {
+                if (std::fabs(AlongAxis(dir, lines[i].start) - upper) <= kMergeTolerance)
+                    lines[i].bRemaining = false;
+            });
+            int nNext = -1;
+            auto consider = [&](int i) {
+                const LINE_ENDS& e = lines[i];
+                if (e.bRemaining && (nNext < 0 || e.length > lines[nNext].length ||
+                                     (e.length == lines[nNext].length && i < nNext)))
+                    nNext = i;
+            };
+            ForEachNear(axes[dir].ends, lower, consider);
+            ForEachNear(axes[dir].ends, upper, consider);
+            if (nNext < 0)
                 break;
-            pNext->bRemaining = false;
-            result.push_back(pNext->handle);
-            for (double v : {AlongAxis(dir, pNext->start), AlongAxis(dir, pNext->end)}) {
+            LINE_ENDS& next = lines[nNext];
+            next.bRemaining = false;
+            result.push_back(next.handle);
+            for (double v : {AlongAxis(dir, next.start), AlongAxis(dir, next.end)}) {
                 upper = std::max(upper, v);
                 lower = std::min(lower, v);
             }
