@@ -143,3 +143,13 @@ TEST_F(FrameTest, UnloadDestroysOnlyTheHoleWindows) {
     EXPECT_EQ(g_LayoutLib.pLibDlg, m_pLayout);
     m_app.EntryPoint(AcRx::kInitAppMsg, nullptr);
 }
+
+TEST_F(FrameTest, SuperClientWithoutSiteStillOpensTheBrowser) {
+    FsCreateDirectory(m_dir / L"common\\DzStrucLib");
+    m_host.m_nInstallStyle = 1;
+    m_host.m_nFtpLogin = 1;
+    m_host.Run({L"DrawingManage"}); // the site cannot be reached: nothing to catch up with
+    EXPECT_NE(g_HoleLib.pLibDlg, nullptr);
+    EXPECT_EQ(g_HoleLib.g_nFtpMode, 1);
+    EXPECT_EQ(m_host.m_nWaitDepth, 0);
+}

@@ -7,6 +7,7 @@
 #include "host/HostUi.h"
 #include "host/SuiteInstallPaths.h"
 #include "library/LibraryRules.h"
+#include "shared/MyFtpConnection.h"
 #include "shared/fileops/FileOps.h"
 
 namespace {
@@ -73,6 +74,7 @@ struct LIBRARY_START {
     std::wstring (*pfnRoot)();
     const wchar_t* pszSentinelFormat;
     bool bMakeMissingSentinel; // hole: made silently; layout: refused with a box
+    bool bSyncOnStart;         // hole: a super client first catches up with the site
     const ModelessFactory& factory;
     const wchar_t* pszClass;
 };
@@ -81,6 +83,8 @@ void StartLibrary(const LIBRARY_START& lib) {
     CLibState& state = lib.state;
     if (!EnterLibraryMode(state))
         return;
+    if (lib.bSyncOnStart && GetCurQuillmInstallStyle() == 1)
+        SyncClientOnStart();
     if (state.pLibDlg) {
         RaiseExistingBrowser(state);
         return;
@@ -102,13 +106,13 @@ void StartLibrary(const LIBRARY_START& lib) {
 } // namespace
 
 void CmdDrawingManage() {
-    StartLibrary({g_HoleLib, GetQuillmCommonResInstallPath, L"%sDzStrucLib\\", true, g_holeFactory,
-                  L"CCircuitLibDlg"});
+    StartLibrary({g_HoleLib, GetQuillmCommonResInstallPath, L"%sDzStrucLib\\", true, true,
+                  g_holeFactory, L"CCircuitLibDlg"});
 }
 
 // The layout browser looks for the hole library's name under the local root.
 void CmdLaySketchManage() {
-    StartLibrary({g_LayoutLib, GetQuillmLocalInstallPath, L"%sInstallHole\\", false,
+    StartLibrary({g_LayoutLib, GetQuillmLocalInstallPath, L"%sInstallHole\\", false, false,
                   g_layoutFactory, L"CLaySketchLibDlg"});
 }
 
