@@ -145,6 +145,14 @@ bool CMyFtpConnection::CommitDeleteDir(const std::wstring& strPath) {
 }
 
 bool CMyFtpConnection::DeleteRemoteFile(std::wstring strPath) {
+    return DeleteRemoteFileWith(std::move(strPath), true);
+}
+
+bool CMyFtpConnection::DeleteRemoteFileQuiet(std::wstring strPath) {
+    return DeleteRemoteFileWith(std::move(strPath), false);
+}
+
+bool CMyFtpConnection::DeleteRemoteFileWith(std::wstring strPath, bool bReport) {
     strPath = StrTrim(strPath);
     bool bInStep = !CheckServerVersion();
     bool bDone = false;
@@ -157,32 +165,12 @@ bool CMyFtpConnection::DeleteRemoteFile(std::wstring strPath) {
         CloseConnection();
         if (!Connect())
             return false;
-        if (RemoteFileExists(strPath) && !m_pConnection->Remove(strPath)) {
+        bool bStays = RemoteFileExists(strPath) && !m_pConnection->Remove(strPath);
+        if (bStays && bReport) {
             QmMessageBox(Format(L"文件 %s 无法删除，请确认是否被其它客户端用户调用！", strPath),
                          MB_ICONEXCLAMATION);
             return false;
         }
-    }
-    if (bInStep)
-        AdoptServerVersion();
-    return true;
-}
-
-bool CMyFtpConnection::DeleteRemoteFileQuiet(std::wstring strPath) {
-    strPath = StrTrim(strPath);
-    bool bInStep = !CheckServerVersion();
-    bool bDone = false;
-    if (m_pConnection) {
-        if (!RemoteFileExists(strPath))
-            return true;
-        bDone = m_pConnection && m_pConnection->Remove(strPath);
-    }
-    if (!bDone) {
-        CloseConnection();
-        if (!Connect())
-            return false;
-        if (RemoteFileExists(strPath))
-            m_pConnection->Remove(strPath);
     }
     if (bInStep)
         AdoptServerVersion();

@@ -121,6 +121,9 @@ protected:
     // A plain upload into the site directory; with the marker through "#.txt",
     // then the final name is removed and "#.txt" renamed to it.
     bool PlainPutToSite(const std::wstring& strLocal, const std::wstring& strName);
+    // Deletes a site file with one reconnect; bReport shows the box when the
+    // file stays after that.
+    bool DeleteRemoteFileWith(std::wstring strPath, bool bReport);
     // Writes the own host id to "TempFTP\LocalIP.txt" and uploads it as the lock.
     void UploadOwnLock(const std::wstring& strLock);
     // The holder's line of a lock, fetched to strScratch and deleted there;
