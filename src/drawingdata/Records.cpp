@@ -196,6 +196,18 @@ Acad::ErrorStatus OpenOrCreate(AcDbDictionary* pOwner, const std::wstring& strKe
     return es;
 }
 
+// Sets the chain on the entry, made when missing; closes the dictionary.
+int SetXrecordIn(AcDbDictionary* pDict, const std::wstring& strKey, const resbuf* pChain) {
+    AcDbXrecord* pRec = nullptr;
+    Acad::ErrorStatus es = OpenOrCreate(pDict, strKey, pRec);
+    pDict->close();
+    if (es != Acad::eOk)
+        return 0;
+    es = pRec->setFromRbChain(pChain);
+    pRec->close();
+    return es == Acad::eOk ? 1 : 0;
+}
+
 } // namespace
 
 int WriteNamedXrecord(AcDbDatabase* pDb, const std::wstring& strDict, const std::wstring& strKey,
@@ -208,14 +220,7 @@ int WriteNamedXrecord(AcDbDatabase* pDb, const std::wstring& strDict, const std:
     pNod->close();
     if (es != Acad::eOk)
         return 0;
-    AcDbXrecord* pRec = nullptr;
-    es = OpenOrCreate(pDict, strKey, pRec);
-    pDict->close();
-    if (es != Acad::eOk)
-        return 0;
-    es = pRec->setFromRbChain(pChain);
-    pRec->close();
-    return es == Acad::eOk ? 1 : 0;
+    return SetXrecordIn(pDict, strKey, pChain);
 }
 
 int RemoveNamedXrecord(AcDbDatabase* pDb, const std::wstring& strDict, const std::wstring& strKey) {
@@ -271,14 +276,7 @@ int WriteExtXrecord(AcDbObject* pEnt, const std::wstring& strKey, const resbuf* 
     AcDbDictionary* pDict = nullptr;
     if (acdbOpenObject(pDict, pEnt->extensionDictionary(), AcDb::kForWrite) != Acad::eOk)
         return 0;
-    AcDbXrecord* pRec = nullptr;
-    es = OpenOrCreate(pDict, strKey, pRec);
-    pDict->close();
-    if (es != Acad::eOk)
-        return 0;
-    es = pRec->setFromRbChain(pChain);
-    pRec->close();
-    return es == Acad::eOk ? 1 : 0;
+    return SetXrecordIn(pDict, strKey, pChain);
 }
 
 void StringsFromChain(const resbuf* pChain, CStringArray& out) {
