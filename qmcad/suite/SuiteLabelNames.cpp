@@ -2,6 +2,8 @@
 // install tree.
 #include "suite/SuiteLabelNames.h"
 
+#include "shared/fileops/FileOps.h"
+
 #include "base/FileSystem.h"
 #include "base/Format.h"
 #include "base/StrUtil.h"
@@ -24,13 +26,11 @@ CZhuangZhiDzNameArray CSuiteLabelNames::DefaultTerminals() {
 
 bool CSuiteLabelNames::ReadNameFile(const std::wstring& strPath, CZhuangZhiDzNameArray& table) {
     table.clear();
-    CTextFile file;
-    if (!file.Open(strPath, CTextFile::modeRead))
+    CStringArray lines; // trimmed, blank lines left out
+    if (!ReadLines(strPath, lines, false))
         return false;
-    std::wstring strLine;
-    while (file.ReadString(strLine)) {
-        strLine = StrTrim(strLine);
-        if (strLine.empty() || strLine[0] == L'#')
+    for (const std::wstring& strLine : lines) {
+        if (strLine[0] == L'#')
             continue;
         int nBar = StrFind(strLine, L'|');
         STRUCT_ZHUANGZHI_DZ_NAME row;
