@@ -1,4 +1,5 @@
 // qmcad, the reference host: loads the module and runs its command line on an installation.
+#include "ConsoleInput.h"
 #include "ConsoleUi.h"
 #include "PluginLoader.h"
 #include "demo/DemoInstall.h"
@@ -13,10 +14,11 @@
 #include "base/StrUtil.h"
 #include "base/SysPath.h"
 
+#include <QApplication>
+#include <QWidget>
+
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
-#include <iostream>
 #include <unistd.h>
 
 namespace {
@@ -26,10 +28,12 @@ struct OPTIONS {
     std::string strConfigFile = CSuiteConfig::DefaultConfigFile();
     std::string strScript;
     std::string strModule;
+    bool bConsole = false;
 };
 
 int Usage() {
-    std::fputs("usage: qmcad [--demo DIR] [--config FILE] [--script FILE] [--module PATH]\n",
+    std::fputs("usage: qmcad [--console] [--demo DIR] [--config FILE] [--script FILE] "
+               "[--module PATH]\n",
                stderr);
     return 2;
 }
@@ -37,6 +41,10 @@ int Usage() {
 bool ParseOptions(int argc, char** argv, OPTIONS& opt) {
     for (int i = 1; i < argc; ++i) {
         std::string arg = argv[i];
+        if (arg == "--console") {
+            opt.bConsole = true;
+            continue;
+        }
         if (i + 1 >= argc)
             return false;
         if (arg == "--demo")
@@ -74,24 +82,26 @@ bool LoadSettings(const OPTIONS& opt, CSuiteConfig& config) {
     return true;
 }
 
-// Script lines are UTF-8; a missing script is an error before anything runs.
-CEditorHost::LineSource MakeSource(const OPTIONS& opt, std::shared_ptr<std::ifstream>& script) {
-    if (opt.strScript.empty())
-        return [](std::wstring& strLine) {
-            std::string line;
-            if (!std::getline(std::cin, line))
-                return false;
-            strLine = Utf8ToWide(line);
+bool HasDisplay() {
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY"})
+        if (const char* value = std::getenv(name); value && *value)
             return true;
-        };
-    script = std::make_shared<std::ifstream>(opt.strScript);
-    return [script](std::wstring& strLine) {
-        std::string line;
-        if (!std::getline(*script, line))
-            return false;
-        strLine = Utf8ToWide(line);
-        return true;
-    };
+    return false;
+}
+
+// Windows exist in every mode so that dialogs can be driven and tested; without
+// a screen to show them on (or when asked for the console) they live offscreen.
+void ChooseWindowPlatform(const OPTIONS& opt) {
+    if (std::getenv("QT_QPA_PLATFORM"))
+        return; // the user's choice stands
+    bool bOffscreen = opt.bConsole || !opt.strScript.empty() || !HasDisplay();
+    if (!bOffscreen)
+        return;
+    if (opt.strScript.empty() && !opt.bConsole)
+        std::fputs("qmcad: no display (DISPLAY is not set): windows stay offscreen, "
+                   "commands run on this terminal\n",
+                   stdout);
+    ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
 }
 
 } // namespace
@@ -100,19 +110,27 @@ int main(int argc, char** argv) {
     OPTIONS opt;
     if (!ParseOptions(argc, argv, opt))
         return Usage();
+    ChooseWindowPlatform(opt);
+    QApplication app(argc, argv);
     acdbSetFileCodec(&GetDxfCodec()); // drawings are DXF files whatever their names
     CSuiteConfig config;
     if (!LoadSettings(opt, config))
         return 1;
-    std::shared_ptr<std::ifstream> script;
-    CEditorHost::LineSource source = MakeSource(opt, script);
-    if (script && !*script) {
-        std::fprintf(stderr, "qmcad: cannot read script %s\n", opt.strScript.c_str());
-        return 1;
+    // Script lines are UTF-8; a missing script is an error before anything runs.
+    std::unique_ptr<CScriptInput> pScript;
+    if (!opt.strScript.empty()) {
+        pScript = std::make_unique<CScriptInput>(opt.strScript);
+        if (!pScript->IsOpen()) {
+            std::fprintf(stderr, "qmcad: cannot read script %s\n", opt.strScript.c_str());
+            return 1;
+        }
     }
 
     CConsoleUi ui;
     CEditorHost editor(ui);
+    QWidget frame; // the parent of the module's windows; the console shows none of its own
+    frame.setWindowTitle(QStringLiteral("qmcad"));
+    editor.m_pFrame = &frame;
     HOST_SERVICES services = editor.Services();
     services.pInstallPaths = &config;
     CCurlFtpClient ftp;
@@ -132,8 +150,17 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "qmcad: %s\n", module.LastError().c_str());
         return 1;
     }
-    editor.SetSource(source, !opt.strScript.empty() || !::isatty(STDIN_FILENO));
+    CConsoleInput terminal(STDIN_FILENO);
+    CEditorHost::LineSource source;
+    if (pScript) {
+        source = [&](std::wstring& strLine) { return pScript->Read(strLine); };
+    } else {
+        source = [&](std::wstring& strLine) { return terminal.Read(strLine); };
+        editor.m_docs.m_onPosted = [&] { terminal.Wake(); };
+    }
+    editor.SetSource(source, pScript || !::isatty(STDIN_FILENO));
     editor.RunLoop();
+    editor.m_docs.m_onPosted = nullptr;
     module.Unload();
     SetHostServices(HOST_SERVICES{});
     return 0;

@@ -77,8 +77,11 @@ bool CDocManager::appContextOpenDocument(const std::wstring& strPath) {
 }
 
 void CDocManager::executeInApplicationContext(AcApContextFunction pFunction, void* pData) {
-    if (pFunction)
-        m_appQueue.emplace_back(pFunction, pData);
+    if (!pFunction)
+        return;
+    m_appQueue.emplace_back(pFunction, pData);
+    if (m_onPosted)
+        m_onPosted();
 }
 
 bool CDocManager::sendStringToExecute(AcApDocument* pDoc, const std::wstring& strText, bool, bool,
@@ -96,6 +99,8 @@ bool CDocManager::sendStringToExecute(AcApDocument* pDoc, const std::wstring& st
             break;
         start = nl + 1;
     }
+    if (m_onPosted)
+        m_onPosted();
     return true;
 }
 

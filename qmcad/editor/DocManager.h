@@ -5,6 +5,7 @@
 #include "host/db/AcDb.h"
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -71,6 +72,9 @@ public:
     bool RunApplicationContextQueue();
     CHostDocument* Current() { return m_pCur; }
     int ResourceDepth() const { return m_nModuleResources + m_nAcadResources; }
+    // Called when work is posted (a command string, an application-context call),
+    // so that a host waiting for input in its event loop can stop and run it.
+    std::function<void()> m_onPosted;
 
 private:
     CHostDocument* Find(const AcApDocument* pDoc);

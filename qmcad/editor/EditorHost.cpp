@@ -66,24 +66,30 @@ void CEditorHost::SetSource(LineSource source, bool bEchoInput) {
 }
 
 bool CEditorHost::NextLine(std::wstring& strLine, bool& bEcho) {
-    if (CHostDocument* pDoc = m_docs.Current(); pDoc && !pDoc->m_posted.empty()) {
-        strLine = pDoc->m_posted.front().strText;
-        bEcho = pDoc->m_posted.front().bEcho;
-        pDoc->m_posted.pop_front();
-        return true;
+    bool bPrompted = false;
+    for (;;) {
+        m_docs.RunApplicationContextQueue();
+        if (CHostDocument* pDoc = m_docs.Current(); pDoc && !pDoc->m_posted.empty()) {
+            strLine = pDoc->m_posted.front().strText;
+            bEcho = pDoc->m_posted.front().bEcho;
+            pDoc->m_posted.pop_front();
+            return true;
+        }
+        if (!m_source || m_bQuit)
+            return false;
+        if (!m_bEchoInput && !bPrompted)
+            Print(kPrompt);
+        bPrompted = true;
+        bEcho = m_bEchoInput;
+        LINE_READ read = m_source(strLine);
+        if (read != LINE_READ::Woken)
+            return read == LINE_READ::Line;
     }
-    if (!m_source)
-        return false;
-    if (!m_bEchoInput)
-        Print(kPrompt);
-    bEcho = m_bEchoInput;
-    return m_source(strLine);
 }
 
 void CEditorHost::RunLoop() {
     m_bQuit = false;
     while (!m_bQuit) {
-        m_docs.RunApplicationContextQueue();
         std::wstring strLine;
         bool bEcho = false;
         if (!NextLine(strLine, bEcho))
@@ -147,14 +153,22 @@ bool CEditorHost::GetInput(const std::wstring& strPrompt, std::wstring& strAnswe
         m_pending.pop_front();
         return true;
     }
-    if (CHostDocument* pDoc = m_docs.Current(); pDoc && !pDoc->m_posted.empty()) {
-        strAnswer = pDoc->m_posted.front().strText;
-        pDoc->m_posted.pop_front();
-        return true;
+    bool bPrompted = false;
+    for (;;) {
+        if (CHostDocument* pDoc = m_docs.Current(); pDoc && !pDoc->m_posted.empty()) {
+            strAnswer = pDoc->m_posted.front().strText;
+            pDoc->m_posted.pop_front();
+            return true;
+        }
+        if (!bPrompted)
+            Print(strPrompt);
+        bPrompted = true;
+        LINE_READ read = m_source ? m_source(strAnswer) : LINE_READ::End;
+        if (read == LINE_READ::End)
+            return false;
+        if (read == LINE_READ::Line)
+            break;
     }
-    Print(strPrompt);
-    if (!m_source || !m_source(strAnswer))
-        return false;
     if (m_bEchoInput)
         Print(strAnswer + L"\n");
     return true;

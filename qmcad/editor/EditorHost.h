@@ -16,8 +16,11 @@
 
 class CEditorHost : public IHostEditor {
 public:
-    // Reads the next line of input; false at its end.
-    using LineSource = std::function<bool(std::wstring&)>;
+    // What a wait for input ended with. Woken: nothing was read, but work was
+    // posted meanwhile (a window posted a command string), to be run first.
+    enum class LINE_READ { Line, End, Woken };
+    // Reads the next line of input, or waits for one while the host's windows live.
+    using LineSource = std::function<LINE_READ(std::wstring&)>;
 
     explicit CEditorHost(IHostUi& ui);
 
@@ -41,6 +44,7 @@ public:
     int SyncFileOpen(const std::wstring& strPath) override;
     bool SetMouseFilter(bool bOn) override;
     bool HasMainFrame() override { return m_bHasFrame; }
+    QWidget* MainFrame() override { return m_pFrame; }
 
     // A prompt inside a command: pending answers, then posted lines, then input.
     bool GetInput(const std::wstring& strPrompt, std::wstring& strAnswer);
@@ -54,6 +58,7 @@ public:
     CAutomation m_automation{*this};
     CEditorInput m_input{*this};
     bool m_bHasFrame = true;
+    QWidget* m_pFrame = nullptr; // the toolkit's window, set by a host that has one
     bool m_bMouseFiltered = false;
     IHostUi& m_ui;
 

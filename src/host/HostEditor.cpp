@@ -44,6 +44,9 @@ bool acedRemoveFilterWinMsg() {
 bool acedHasAcadFrame() {
     return Editor() && Editor()->HasMainFrame();
 }
+QWidget* acedGetAcadFrame() {
+    return Editor() ? Editor()->MainFrame() : nullptr;
+}
 
 ICommandStack* acedRegCmds() {
     return GetHostServices().pCommands;

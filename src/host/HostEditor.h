@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+class QWidget; // the host's toolkit; the contract only passes the pointer on
+
 // A system variable's value: the type code says which member holds it.
 struct SYSVAR_VALUE {
     int nType = RTNONE;
@@ -48,6 +50,8 @@ public:
     virtual bool SetMouseFilter(bool bOn) = 0;
     // Whether the editor has a main window to parent modeless windows to.
     virtual bool HasMainFrame() = 0;
+    // That window, for the module's Qt windows; null in a host without a toolkit.
+    virtual QWidget* MainFrame() = 0;
 };
 
 // The editor's functions by their own names; without a host they fail with RTERROR.
@@ -58,6 +62,8 @@ int acedSetEnv(const std::wstring& strName, const std::wstring& strValue);
 int acedCommandS(const std::vector<std::wstring>& words);
 void acedPostCommandPrompt();
 int acedSyncFileOpen(const std::wstring& strPath);
+// The editor's main window, the parent of the module's windows; null without one.
+QWidget* acedGetAcadFrame();
 bool acedRegisterFilterWinMsg();
 bool acedRemoveFilterWinMsg();
 bool acedHasAcadFrame();

@@ -66,10 +66,10 @@ TEST(EditorHost, CommandLineSurvivesAnyInput) {
     editor.SetSource(
         [&](std::wstring& s) {
             if (lines.empty())
-                return false;
+                return CEditorHost::LINE_READ::End;
             s = lines.front();
             lines.pop_front();
-            return true;
+            return CEditorHost::LINE_READ::Line;
         },
         true);
     editor.RunLoop();
@@ -163,4 +163,40 @@ TEST(EditorHost, InputFunctionsAnswerFromTheCommandLine) {
     EXPECT_EQ(acedGrRead(7, nType, value), RTCAN); // input ended
     EXPECT_EQ(acedSSGet(L"X", ids), RTNORM);
     EXPECT_EQ(ids.size(), 2u);
+}
+
+TEST(EditorHost, WorkPostedDuringAWaitRunsBeforeTheNextTypedLine) {
+    CTestHost ui;
+    CEditorHost editor(ui);
+    editor.m_docs.NewDocument();
+    std::deque<std::wstring> typed{L"SETVAR", L"CMDECHO", L"1"};
+    int nWaits = 0;
+    editor.SetSource(
+        [&](std::wstring& s) {
+            // The first wait is ended by a window posting a command string.
+            if (nWaits++ == 0) {
+                editor.m_docs.sendStringToExecute(editor.m_docs.Current(), L"SETVAR\nCMDECHO\n0\n",
+                                                  false, false, false);
+                return CEditorHost::LINE_READ::Woken;
+            }
+            if (nWaits == 2)
+                return CEditorHost::LINE_READ::Woken; // woken with nothing to run
+            if (typed.empty())
+                return CEditorHost::LINE_READ::End;
+            s = typed.front();
+            typed.pop_front();
+            if (typed.empty())
+                EXPECT_EQ(editor.m_vars.Short(L"CMDECHO"), 0); // the posted one ran first
+            return CEditorHost::LINE_READ::Line;
+        },
+        false);
+    editor.RunLoop();
+    EXPECT_EQ(editor.m_vars.Short(L"CMDECHO"), 1);
+    // A prompt before the posted command, one after it (kept through the empty
+    // wake), one after the typed command.
+    size_t nPrompts = 0;
+    for (size_t at = ui.m_strPrinted.find(L"命令: "); at != std::wstring::npos;
+         at = ui.m_strPrinted.find(L"命令: ", at + 1))
+        ++nPrompts;
+    EXPECT_EQ(nPrompts, 3u);
 }

@@ -21,10 +21,10 @@ void CEditorTestHost::Feed(std::deque<std::wstring> lines) {
     m_editor.SetSource(
         [pLines](std::wstring& strLine) {
             if (pLines->empty())
-                return false;
+                return CEditorHost::LINE_READ::End;
             strLine = pLines->front();
             pLines->pop_front();
-            return true;
+            return CEditorHost::LINE_READ::Line;
         },
         true);
 }
