@@ -18,9 +18,10 @@ public:
     std::string TempPath(const std::string& strKey) const;
     // Moves a finished conversion into place (atomically: readers never see half a file).
     bool Commit(const std::string& strTemp, const std::string& strKey) const;
+    // The file of a key's conversion (there or not).
+    std::string PathOf(const std::string& strKey) const;
 
 private:
-    std::string PathOf(const std::string& strKey) const;
     std::string m_strDir;
 };
 
