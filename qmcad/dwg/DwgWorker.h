@@ -32,11 +32,12 @@ public:
     // Processes started so far; a reused worker keeps this at one.
     int Starts() const { return m_nStarts; }
     bool IsRunning() const;
+    // Starts the process now (Convert starts it when needed); strError says why not.
+    RESULT Start(std::string& strError);
     void Stop();
     const OPTIONS& Options() const { return m_opt; }
 
 private:
-    RESULT Start(std::string& strError);
     bool ReadLine(std::string& strLine, int nTimeoutMs);
 
     OPTIONS m_opt;
