@@ -181,6 +181,7 @@ int main(int argc, char** argv) {
     editor.RunLoop();
     editor.m_docs.m_onPosted = nullptr;
     module.Unload();
+    GetDwgCodec().Worker().Stop(); // while the application object still exists
     SetHostServices(HOST_SERVICES{});
     return 0;
 }

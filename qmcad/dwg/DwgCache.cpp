@@ -51,6 +51,10 @@ bool CDwgCache::Commit(const std::string& strTemp, const std::string& strKey) co
     return false;
 }
 
+void CDwgCache::Forget(const std::string& strKey) const {
+    std::remove(PathOf(strKey).c_str());
+}
+
 std::string DefaultDwgCacheDir() {
     if (const char* p = std::getenv("XDG_CACHE_HOME"); p && *p == '/')
         return std::string(p) + "/qmcad/dwg";

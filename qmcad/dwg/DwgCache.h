@@ -18,6 +18,7 @@ public:
     std::string TempPath(const std::string& strKey) const;
     // Moves a finished conversion into place (atomically: readers never see half a file).
     bool Commit(const std::string& strTemp, const std::string& strKey) const;
+    void Forget(const std::string& strKey) const;
     // The file of a key's conversion (there or not).
     std::string PathOf(const std::string& strKey) const;
 

@@ -85,6 +85,7 @@ Acad::ErrorStatus CDwgCodec::Read(AcDbDatabase& db, const std::wstring& strPath)
     Acad::ErrorStatus es = ReadDxf(db, dxf, &m_report);
     std::wstring name = FileName(strPath);
     if (es != Acad::eOk) {
+        m_cache.Forget(CDwgCache::Key(data)); // converted afresh next time
         acutPrintf(L"DWG 文件<%s>转换后的 DXF 无法读取。\n", name);
         return es;
     }

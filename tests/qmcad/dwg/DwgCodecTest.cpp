@@ -116,6 +116,18 @@ TEST_F(DwgCodec, EachDrawingIsConvertedOnceThenComesFromTheCache) {
     EXPECT_EQ(pOther->Worker().Starts(), 0);
 }
 
+TEST_F(DwgCodec, ADamagedCacheEntryIsDroppedAndConvertedAgain) {
+    std::wstring path = SampleDir() + L"2018_Leader.dwg";
+    AcDbDatabase db(false, true);
+    ASSERT_EQ(db.readDwgFile(path.c_str()), Acad::eOk);
+    std::string entry = m_pCodec->Cache().PathOf(CDwgCache::Key(ReadBytes(path)));
+    WriteBytes(FromOsPath(entry), "  0\nSECTION\n  2\nHEADER\n"); // cut short
+    EXPECT_NE(db.readDwgFile(path.c_str()), Acad::eOk);
+    EXPECT_NE(m_host.m_strPrinted.find(L"转换后的 DXF 无法读取"), std::wstring::npos);
+    EXPECT_EQ(db.readDwgFile(path.c_str()), Acad::eOk);
+    EXPECT_EQ(m_pCodec->Conversions(), 2);
+}
+
 TEST_F(DwgCodec, ABrokenDwgChangesNothingOnDiskAndTheNextFileStillOpens) {
     std::string good = ReadBytes(SampleDir() + L"example_2000.dwg");
     std::string noise = good.substr(0, 128);
