@@ -5,6 +5,7 @@
 #include <QProcess>
 #include <QStringList>
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace {
@@ -73,9 +74,15 @@ CDwgWorker::RESULT CDwgWorker::Start(std::string& strError) {
     bool bLine = ReadLine(line, m_opt.nTimeoutMs);
     if (bLine && line == "READY")
         return RESULT::Ok;
+    bool bHung = !bLine && IsRunning();
     Stop();
+    if (bHung) {
+        strError = "the converter did not get ready within " +
+                   std::to_string((m_opt.nTimeoutMs + 999) / 1000) + " s";
+        return RESULT::TimedOut;
+    }
     if (bLine && line.rfind("MISSING", 0) == 0) {
-        strError = line.substr(8);
+        strError = line.size() > 8 ? line.substr(8) : "the converter package is missing";
         return RESULT::NoPackage;
     }
     strError = bLine ? "unexpected reply: " + line : "the converter did not start";

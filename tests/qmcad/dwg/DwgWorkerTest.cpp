@@ -91,8 +91,14 @@ TEST_F(DwgWorker, AMissingRuntimeOrPackageIsToldApart) {
     std::string err;
     EXPECT_EQ(CDwgWorker(opt).Convert("/dev/null", Out("x.dxf"), err),
               CDwgWorker::RESULT::NoRuntime);
+    // The converter script where its npm packages were never installed.
     opt = Options();
-    opt.strScript = m_dir.OsPath() + "dwgconv.mjs"; // not installed there
+    WriteBytes(m_dir / L"dwgconv.mjs", ReadBytes(FromOsPath(opt.strScript)));
+    opt.strScript = m_dir.OsPath() + "dwgconv.mjs";
+    EXPECT_EQ(CDwgWorker(opt).Convert("/dev/null", Out("x.dxf"), err),
+              CDwgWorker::RESULT::NoPackage);
+    EXPECT_NE(err.find("@mlightcad/libredwg-web"), std::string::npos) << err;
+    opt.strScript = m_dir.OsPath() + "none.mjs";
     EXPECT_EQ(CDwgWorker(opt).Convert("/dev/null", Out("x.dxf"), err),
               CDwgWorker::RESULT::NoPackage);
 }
