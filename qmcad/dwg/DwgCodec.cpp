@@ -26,22 +26,9 @@ std::wstring TypeCounts(const DXF_READ_REPORT& report) {
 CDwgCodec::CDwgCodec(CDwgWorker::OPTIONS opt, std::string strCacheDir)
     : m_worker(std::move(opt)), m_cache(std::move(strCacheDir)) {}
 
-bool CDwgCodec::Convert(const std::wstring& strPath, const std::string& dwg, std::string& dxf) {
-    std::string key = CDwgCache::Key(dwg);
-    if (m_cache.Lookup(key, dxf))
-        return true;
-    std::wstring name = FileName(strPath);
-    std::string temp = m_cache.TempPath(key);
-    if (temp.empty()) {
-        acutPrintf(L"DWG 文件<%s>无法转换：缓存目录 %s 无法创建。\n", name,
-                   Utf8ToWide(m_cache.Dir()));
-        return false;
-    }
-    acutPrintf(L"正在将 DWG 文件<%s>转换为 DXF，请稍候...\n", name);
-    CWaitCursor wait;
-    ++m_nConversions;
-    std::string strError;
-    CDwgWorker::RESULT r = m_worker.Convert(ToOsPath(strPath), temp, strError);
+// One line on why a file was not converted.
+void CDwgCodec::Complain(const std::wstring& name, CDwgWorker::RESULT r,
+                         const std::string& strError) const {
     switch (r) {
     case CDwgWorker::RESULT::Ok:
         break;
@@ -61,7 +48,29 @@ bool CDwgCodec::Convert(const std::wstring& strPath, const std::string& dwg, std
         acutPrintf(L"DWG 文件<%s>无法转换：%s\n", name, Utf8ToWide(strError));
         break;
     }
+}
+
+bool CDwgCodec::Convert(const std::wstring& strPath, const std::string& dwg, std::string& dxf) {
+    std::string key = CDwgCache::Key(dwg);
+    if (m_cache.Lookup(key, dxf))
+        return true;
+    std::wstring name = FileName(strPath);
+    std::string temp = m_cache.TempPath(key);
+    if (temp.empty()) {
+        acutPrintf(L"DWG 文件<%s>无法转换：缓存目录 %s 无法创建。\n", name,
+                   Utf8ToWide(m_cache.Dir()));
+        return false;
+    }
+    CWaitCursor wait;
+    std::string strError;
+    CDwgWorker::RESULT r = m_worker.IsRunning() ? CDwgWorker::RESULT::Ok : m_worker.Start(strError);
+    if (r == CDwgWorker::RESULT::Ok) {
+        acutPrintf(L"正在将 DWG 文件<%s>转换为 DXF，请稍候...\n", name);
+        ++m_nConversions;
+        r = m_worker.Convert(ToOsPath(strPath), temp, strError);
+    }
     if (r != CDwgWorker::RESULT::Ok) {
+        Complain(name, r, strError);
         std::remove(temp.c_str());
         return false;
     }

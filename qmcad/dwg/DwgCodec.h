@@ -23,6 +23,8 @@ public:
 
 private:
     bool Convert(const std::wstring& strPath, const std::string& dwg, std::string& dxf);
+    void Complain(const std::wstring& name, CDwgWorker::RESULT r,
+                  const std::string& strError) const;
     bool KeepOriginal(const std::wstring& strPath, const std::string& original);
 
     CDxfCodec m_dxf;
