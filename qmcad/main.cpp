@@ -3,7 +3,7 @@
 #include "ConsoleUi.h"
 #include "PluginLoader.h"
 #include "demo/DemoInstall.h"
-#include "dxf/DxfCodec.h"
+#include "dwg/DwgCodec.h"
 #include "editor/EditorHost.h"
 #include "ftp/CurlFtpClient.h"
 #include "suite/SuiteConfig.h"
@@ -11,6 +11,7 @@
 #include "suite/SuiteMainLib.h"
 
 #include "base/FileSystem.h"
+#include "base/Format.h"
 #include "base/StrUtil.h"
 #include "base/SysPath.h"
 
@@ -28,12 +29,13 @@ struct OPTIONS {
     std::string strConfigFile = CSuiteConfig::DefaultConfigFile();
     std::string strScript;
     std::string strModule;
+    std::string strOpen; // a drawing to open at start
     bool bConsole = false;
 };
 
 int Usage() {
     std::fputs("usage: qmcad [--console] [--demo DIR] [--config FILE] [--script FILE] "
-               "[--module PATH]\n",
+               "[--module PATH] [FILE.dwg]\n",
                stderr);
     return 2;
 }
@@ -43,6 +45,10 @@ bool ParseOptions(int argc, char** argv, OPTIONS& opt) {
         std::string arg = argv[i];
         if (arg == "--console") {
             opt.bConsole = true;
+            continue;
+        }
+        if (arg.rfind("--", 0) != 0 && opt.strOpen.empty()) {
+            opt.strOpen = arg;
             continue;
         }
         if (i + 1 >= argc)
@@ -104,6 +110,18 @@ void ChooseWindowPlatform(const OPTIONS& opt) {
     ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
 }
 
+// The drawing named on the command line, else a new one (also when it cannot be read).
+void OpenStartDocument(CEditorHost& editor, CConsoleUi& ui, std::string strOpen) {
+    char cwd[4096];
+    if (!strOpen.empty() && strOpen[0] != '/' && ::getcwd(cwd, sizeof cwd))
+        strOpen = std::string(cwd) + "/" + strOpen;
+    std::wstring path = FromOsPath(strOpen);
+    if (strOpen.empty() || editor.m_docs.OpenDocument(path))
+        return;
+    ui.Print(Format(L"文件<%s>打开失败!\n", Utf8ToWide(strOpen)));
+    editor.m_docs.NewDocument();
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -112,7 +130,8 @@ int main(int argc, char** argv) {
         return Usage();
     ChooseWindowPlatform(opt);
     QApplication app(argc, argv);
-    acdbSetFileCodec(&GetDxfCodec()); // drawings are DXF files whatever their names
+    // Drawings are DXF files whatever their names; binary DWG files are converted on reading.
+    acdbSetFileCodec(&GetDwgCodec());
     CSuiteConfig config;
     if (!LoadSettings(opt, config))
         return 1;
@@ -142,7 +161,7 @@ int main(int argc, char** argv) {
     CSuiteMainLib mainLib(config);
     services.pMainLib = &mainLib;
     SetHostServices(services);
-    editor.m_docs.NewDocument();
+    OpenStartDocument(editor, ui, opt.strOpen);
     PrintDemoSummary(config);
 
     CPluginLoader module;
@@ -162,6 +181,7 @@ int main(int argc, char** argv) {
     editor.RunLoop();
     editor.m_docs.m_onPosted = nullptr;
     module.Unload();
+    GetDwgCodec().Worker().Stop(); // while the application object still exists
     SetHostServices(HOST_SERVICES{});
     return 0;
 }

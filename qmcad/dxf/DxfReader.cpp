@@ -30,7 +30,8 @@ bool IsXData(int nCode) {
 
 class CDxfReader {
 public:
-    CDxfReader(AcDbDatabase& db, std::string_view data) : m_db(db), m_in(data) {}
+    CDxfReader(AcDbDatabase& db, std::string_view data, DXF_READ_REPORT& report)
+        : m_db(db), m_in(data), m_report(report) {}
     ~CDxfReader() {
         for (PENDING& p : m_pending)
             delete p.pObj; // only when reading failed before Finish
@@ -58,6 +59,7 @@ private:
 
     AcDbDatabase& m_db;
     CDxfTagReader m_in;
+    DXF_READ_REPORT& m_report;
     CDxfText m_text;
     DXF_RAW_TAG m_tag;
     std::vector<DXF_RAW_TAG> m_tags;
@@ -167,6 +169,7 @@ void CDxfReader::ReadHeader() {
                                                           : it->second[0].value;
     };
     std::string_view ver = one("$ACADVER");
+    m_report.strVersion.assign(ver);
     if (ver >= "AC1021") {
         m_text.SetUtf8();
     } else {
@@ -470,6 +473,7 @@ void CDxfReader::ReadEntity(std::string_view type, AcDbBlockTableRecord* pDefaul
     AcDbEntity* pEnt = ReadEntityBody(strType, m_tags, m_text, refs);
     std::vector<DXF_TAG>* pRaw = nullptr;
     if (!pEnt) {
+        ++m_report.unknownEntities[strType];
         auto* pUnknown = new AcDbUnknownEntity(Utf8ToWide(strType));
         pRaw = &pUnknown->m_tags;
         pEnt = pUnknown;
@@ -701,14 +705,25 @@ bool IsBinaryDwg(std::string_view data) {
            data[5] >= '0' && data[5] <= '9';
 }
 
-Acad::ErrorStatus ReadDxf(AcDbDatabase& db, std::string_view data) {
+int DXF_READ_REPORT::UnknownEntityCount() const {
+    int n = 0;
+    for (const auto& [type, count] : unknownEntities)
+        n += count;
+    return n;
+}
+
+Acad::ErrorStatus ReadDxf(AcDbDatabase& db, std::string_view data, DXF_READ_REPORT* pReport) {
+    DXF_READ_REPORT report;
+    if (!pReport)
+        pReport = &report;
+    *pReport = DXF_READ_REPORT();
     if (IsBinaryDwg(data))
         return Acad::eBinaryDwgNotSupported;
     if (data.substr(0, 3) == "\xEF\xBB\xBF")
         data.remove_prefix(3);
     if (data.substr(0, 18) == "AutoCAD Binary DXF")
         return Acad::eBadDxfFile;
-    CDxfReader reader(db, data);
+    CDxfReader reader(db, data, *pReport);
     return reader.Read();
 }
 

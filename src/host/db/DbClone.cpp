@@ -4,12 +4,35 @@
 #include "host/db/DbDictionary.h"
 #include "host/db/DbSymbolTable.h"
 
+#include <cwchar>
 #include <unordered_map>
 
 namespace {
 
 template <class T> T* InPlace(AcDbObjectId id) {
     return id.isValid() && !id.isErased() ? dynamic_cast<T*>(id.stub()->pObject) : nullptr;
+}
+
+// Attributes and mesh vertices of a copy: the source's, with fresh handles owned by the copy
+// (an owner that announces followers must never be written without them).
+DXF_FOLLOWERS Rehandled(const DXF_FOLLOWERS& src, AcDbDatabase& db, AcDbHandle owner) {
+    auto hex = [](uint64_t n) {
+        wchar_t buf[24];
+        std::swprintf(buf, 24, L"%llX", static_cast<unsigned long long>(n));
+        return std::wstring(buf);
+    };
+    DXF_FOLLOWERS out = src;
+    for (auto& tags : out) {
+        bool bOwner = false;
+        for (DXF_TAG& t : tags) {
+            if (t.nCode == 5)
+                t.strValue = hex(db.allocateHandle().value());
+            else if (t.nCode == 330 && !bOwner)
+                t.strValue = hex(owner.value());
+            bOwner = bOwner || t.nCode == 330;
+        }
+    }
+    return out;
 }
 
 } // namespace
@@ -51,6 +74,14 @@ public:
         }
         if (InPlace<AcDbDictionary>(pSrc->extensionDictionary()))
             pNew->setExtensionDictionaryRaw(CloneDictionary(pSrc->extensionDictionary(), newId));
+        if (auto* pRef = dynamic_cast<AcDbBlockReference*>(pNew))
+            pRef->m_followers = Rehandled(static_cast<AcDbBlockReference*>(pSrc)->m_followers,
+                                          m_dst, pNew->handle());
+        if (auto* pUnknown = dynamic_cast<AcDbUnknownEntity*>(pNew)) {
+            pUnknown->m_followers = Rehandled(static_cast<AcDbUnknownEntity*>(pSrc)->m_followers,
+                                              m_dst, pNew->handle());
+            m_raw.push_back(newId);
+        }
         pNew->close();
         Map(srcId, newId);
         return Acad::eOk;
@@ -137,6 +168,22 @@ public:
                 p->setXDataRaw(chain);
             acutRelRb(chain);
         }
+        for (AcDbObjectId id : m_raw)
+            if (auto* p = InPlace<AcDbUnknownEntity>(id))
+                TranslatePointers(p->m_tags);
+    }
+
+    // Pointer groups kept verbatim name objects of the source: the copies where those were
+    // copied too, else the null handle (a stale one would name some other object here).
+    void TranslatePointers(std::vector<DXF_TAG>& tags) const {
+        for (DXF_TAG& t : tags) {
+            bool bPointer = (t.nCode >= 320 && t.nCode <= 369) ||
+                            (t.nCode >= 390 && t.nCode <= 399) || t.nCode == 480 || t.nCode == 481;
+            if (!bPointer)
+                continue;
+            auto it = m_handles.find(AcDbHandle(t.strValue.c_str()).value());
+            t.strValue = it != m_handles.end() ? AcDbHandle(it->second).text() : L"0";
+        }
     }
 
     template <class T>
@@ -204,6 +251,7 @@ private:
     std::unordered_map<AcDbStub*, AcDbObjectId> m_map;
     std::unordered_map<uint64_t, uint64_t> m_handles;
     std::vector<AcDbObjectId> m_withHandles;
+    std::vector<AcDbObjectId> m_raw; // copies of unmodelled entities
 };
 
 Acad::ErrorStatus AcDbDatabase::wblock(AcDbDatabase*& pOutput, const AcDbObjectIdArray& ids,

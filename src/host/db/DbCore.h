@@ -99,7 +99,8 @@ struct DXF_TAG {
 };
 // Entities that follow another in the file (attributes, mesh vertices, the
 // end marker), each a list of groups from its own 0 group on. They keep
-// their handles, so a copy of their owner goes without them.
+// their handles, so clone() leaves them behind; a copy into a database (insert,
+// wblock) gives them fresh handles.
 using DXF_FOLLOWERS = std::vector<std::vector<DXF_TAG>>;
 
 template <class T>

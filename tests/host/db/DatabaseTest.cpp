@@ -356,3 +356,44 @@ TEST(Database, WblockAndInsertCopyWhatTheEntitiesNeed) {
     pBlocks->close();
     delete pOut;
 }
+
+TEST(Database, CopiedUnmodelledEntitiesKeepFollowersUnderFreshHandlesAndNoStalePointers) {
+    AcDbDatabase src;
+    AcDbObjectId textId = AppendToModelSpace(src, new AcDbLine);
+    auto* pMesh = new AcDbUnknownEntity(L"POLYLINE");
+    pMesh->m_tags = {{100, L"AcDbEntity"},
+                     {100, L"AcDbPolyFaceMesh"},
+                     {66, L"1"},
+                     {340, textId.handle().text()},
+                     {360, L"FFFF"}};
+    AcDbObjectId meshId = AppendToModelSpace(src, pMesh);
+    std::wstring owner = meshId.handle().text();
+    AcDbUnknownEntity* pOpen = nullptr;
+    ASSERT_EQ(acdbOpenObject(pOpen, meshId, AcDb::kForWrite), Acad::eOk);
+    pOpen->m_followers = {{{0, L"VERTEX"}, {5, L"F00"}, {330, owner}, {100, L"AcDbEntity"}},
+                          {{0, L"SEQEND"}, {5, L"F01"}, {330, owner}}};
+    pOpen->close();
+
+    AcDbDatabase target;
+    AcDbObjectId blockId;
+    ASSERT_EQ(target.insert(blockId, L"MESH", &src), Acad::eOk);
+    AcDbBlockTableRecord* pBlock = nullptr;
+    ASSERT_EQ(acdbOpenObject(pBlock, blockId, AcDb::kForRead), Acad::eOk);
+    ASSERT_EQ(pBlock->entities().size(), 2u);
+    AcDbObjectId newLine = pBlock->entities()[0], newMesh = pBlock->entities()[1];
+    pBlock->close();
+    AcDbUnknownEntity* pCopy = nullptr;
+    ASSERT_EQ(acdbOpenObject(pCopy, newMesh, AcDb::kForRead), Acad::eOk);
+    ASSERT_EQ(pCopy->m_followers.size(), 2u);
+    std::wstring h1 = pCopy->m_followers[0][1].strValue, h2 = pCopy->m_followers[1][1].strValue;
+    EXPECT_NE(h1, h2);
+    for (const std::wstring& h : {h1, h2}) {
+        EXPECT_GE(AcDbHandle(h.c_str()).value(), newMesh.handle().value());
+        EXPECT_LT(AcDbHandle(h.c_str()).value(),
+                  target.handseed().value()); // never handed out again
+    }
+    EXPECT_EQ(pCopy->m_followers[0][2].strValue, newMesh.handle().text());
+    EXPECT_EQ(pCopy->m_tags[3].strValue, newLine.handle().text()); // the copied line
+    EXPECT_EQ(pCopy->m_tags[4].strValue, L"0");                    // nothing copied for it
+    pCopy->close();
+}
