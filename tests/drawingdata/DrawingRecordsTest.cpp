@@ -91,6 +91,7 @@ TEST(DrawingRecords, NextPartRecordNumberTakesTheHighestGap) {
     EXPECT_EQ(next({7}), 1);
     EXPECT_EQ(next({1}), 2);
     EXPECT_EQ(next({1, 2, 3}), 4);
+    EXPECT_EQ(next({-1, 1}), 0); // a gap at 0 is a gap
     AcDbDatabase empty;
     AddPartRecords(empty, {1});
     RemoveNamedXrecord(&empty, TZ_DICITIONARY_PART2DATABASE, L"TZ_XRECORD_ONEPART2_1");
