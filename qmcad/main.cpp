@@ -10,6 +10,7 @@
 #include "suite/SuiteLabelNames.h"
 #include "suite/SuiteMainLib.h"
 
+#include "base/Environment.h"
 #include "base/FileSystem.h"
 #include "base/StrUtil.h"
 #include "base/SysPath.h"
@@ -59,8 +60,9 @@ bool ParseOptions(int argc, char** argv, OPTIONS& opt) {
             return false;
     }
     if (opt.strModule.empty()) {
-        const char* env = std::getenv("QMCAD_MODULE");
-        opt.strModule = env && *env ? env : QMCAD_DEFAULT_MODULE;
+        opt.strModule = EnvText("QMCAD_MODULE");
+        if (opt.strModule.empty())
+            opt.strModule = QMCAD_DEFAULT_MODULE;
     }
     return true;
 }
@@ -84,7 +86,7 @@ bool LoadSettings(const OPTIONS& opt, CSuiteConfig& config) {
 
 bool HasDisplay() {
     for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY"})
-        if (const char* value = std::getenv(name); value && *value)
+        if (!EnvText(name).empty())
             return true;
     return false;
 }
@@ -92,7 +94,7 @@ bool HasDisplay() {
 // Windows exist in every mode so that dialogs can be driven and tested; without
 // a screen to show them on (or when asked for the console) they live offscreen.
 void ChooseWindowPlatform(const OPTIONS& opt) {
-    if (std::getenv("QT_QPA_PLATFORM"))
+    if (EnvIsSet("QT_QPA_PLATFORM"))
         return; // the user's choice stands
     bool bOffscreen = opt.bConsole || !opt.strScript.empty() || !HasDisplay();
     if (!bOffscreen)

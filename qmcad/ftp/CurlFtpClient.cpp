@@ -20,6 +20,7 @@
 #include "ftp/FtpListing.h"
 
 #include "base/CodePage.h"
+#include "base/Environment.h"
 #include "base/FileSystem.h"
 #include "base/StrUtil.h"
 
@@ -118,6 +119,8 @@ public:
         return Quote({"RMD " + Wire(Absolute(strDir))});
     }
     bool FindFiles(const std::wstring& strPattern, std::vector<FTP_FIND_DATA>& found) override;
+    bool GetFileSize(const std::wstring& strRemote, int64_t& nSize) override;
+    std::wstring GetLocalAddress() override { return Utf8ToWide(m_strLocalAddress); }
 
 private:
     enum class Kind { Control, Transfer };
@@ -149,6 +152,7 @@ private:
     std::wstring m_strCwd = L"/";
     std::vector<EXCHANGE> m_exchanges; // of the last request
     std::string m_strLastReply;
+    std::string m_strLocalAddress; // of the control connection, read at login
     char m_szError[CURL_ERROR_SIZE] = {};
 };
 
@@ -290,6 +294,9 @@ bool CCurlFtpConnection::Login(std::wstring& strError) {
             curl_easy_getinfo(m_pCurl, CURLINFO_FTP_ENTRY_PATH, &pszEntry);
             m_strCwd = L"/"; // an entry path that is not absolute counts from the root
             m_strCwd = Absolute(pszEntry ? FromWire(pszEntry) : L"/");
+            char* pszLocal = nullptr;
+            curl_easy_getinfo(m_pCurl, CURLINFO_LOCAL_IP, &pszLocal);
+            m_strLocalAddress = pszLocal ? pszLocal : "";
             return true;
         }
         bool bRefused = rc == CURLE_LOGIN_DENIED;
@@ -433,6 +440,22 @@ bool CCurlFtpConnection::FindFiles(const std::wstring& strPattern,
     return !found.empty();
 }
 
+// SIZE through a request without a body: libcurl asks the server for the size.
+bool CCurlFtpConnection::GetFileSize(const std::wstring& strRemote, int64_t& nSize) {
+    if (!m_pCurl)
+        return false;
+    Prepare(Url(Absolute(strRemote), false), Kind::Control);
+    curl_easy_setopt(m_pCurl, CURLOPT_NOBODY, 1L);
+    if (!Run())
+        return false;
+    curl_off_t nLength = -1;
+    if (curl_easy_getinfo(m_pCurl, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &nLength) != CURLE_OK ||
+        nLength < 0)
+        return false;
+    nSize = static_cast<int64_t>(nLength);
+    return true;
+}
+
 class CCurlFtpSession : public IFtpSession {
 public:
     explicit CCurlFtpSession(std::string cp) : m_strCodePage(std::move(cp)) {}
@@ -481,8 +504,8 @@ private:
 } // namespace
 
 CCurlFtpClient::CCurlFtpClient() {
-    const char* env = std::getenv("QM_FTP_ENCODING");
-    m_strWireCodePage = env && *env ? env : "UTF-8";
+    std::string strEnv = EnvText("QM_FTP_ENCODING");
+    m_strWireCodePage = strEnv.empty() ? "UTF-8" : strEnv;
     static std::once_flag s_once;
     std::call_once(s_once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
 }

@@ -59,6 +59,13 @@ public:
     // One call serves both the search object and the raw find-first /
     // find-next walk: the caller steps through the entries.
     virtual bool FindFiles(const std::wstring& strPattern, std::vector<FTP_FIND_DATA>& found) = 0;
+    // The size the server gives for a file (SIZE); false when it gives none.
+    virtual bool GetFileSize(const std::wstring& /*strRemote*/, int64_t& /*nSize*/) {
+        return false;
+    }
+    // This end's address of the control connection, as the server sees it
+    // ("192.168.1.20"); empty when unknown.
+    virtual std::wstring GetLocalAddress() { return {}; }
 };
 
 // A session: options, then connections made with them.

@@ -225,3 +225,70 @@ TEST_F(FtpCommitsTest, TreeUploadThroughTheTemporaryNameLeavesNoScratchOnTheSite
     EXPECT_FALSE(m_site->OnSite(L"Server.xml.bak"));
     EXPECT_TRUE(m_host.m_boxes.empty());
 }
+
+TEST_F(FtpCommitsTest, RecordCutShortTriggersTheRepairThoughTheCountStillMatches) {
+    std::wstring strBackup = L"版本日期：2026,01,01,00,00,09";
+    for (int i = 9; i >= 0; --i)
+        strBackup += Format(L"\r\nInstallHole\\r%d.dwg|2026,01,01,00,00,%2.2d|MOD", i, i);
+    m_site->PutOnSite(L"Server.backup", EncodeText(strBackup));
+    for (const char* pszCut : {"|2026,01,01,00,00,00|MOD", "|MOD", "D"}) {
+        SCOPED_TRACE(pszCut);
+        std::string cut = EncodeText(strBackup);
+        cut.resize(cut.size() - std::string(pszCut).size()); // the last record cut short
+        m_site->PutOnSite(L"Server.xml", cut);
+        ASSERT_TRUE(Commit(0, L"new.dwg"));
+        CStringArray lines = Server();
+        EXPECT_EQ(lines.size(), 12u);
+        EXPECT_EQ(lines.back(), L"InstallHole\\r0.dwg|2026,01,01,00,00,00|MOD");
+        // The backup was not replaced by the damaged file.
+        EXPECT_EQ(m_site->SiteLines(L"Server.backup").back(), lines.back());
+        EXPECT_TRUE(m_host.m_boxes.empty());
+    }
+}
+
+// The version file's download dies after the renames; a server back in time
+// for the upload would otherwise receive a version file rebuilt from nothing.
+TEST_F(FtpCommitsTest, FailedDownloadOfTheVersionFileStopsTheCommit) {
+    SeedThreeCommits();
+    CStringArray before = Server();
+    bool bKilled = false;
+    int nLoginsAfter = 0;
+    std::wstring strLast;
+    m_site->m_recorder.m_onCall = [&](const std::wstring& strLine) {
+        if (!bKilled && strLine == L"GetFile Server.xml" &&
+            strLast == L"Rename Server_Tmp.xml Server.xml") {
+            bKilled = true;
+            m_site->m_server.Stop();
+        } else if (bKilled && strLine == L"login" && ++nLoginsAfter == 2) {
+            m_site->m_server.Start();
+        }
+        strLast = strLine;
+    };
+    EXPECT_FALSE(Commit(0, L"b.dwg", "B"));
+    ASSERT_TRUE(bKilled);
+    EXPECT_EQ(Server(), before);
+    ASSERT_FALSE(m_host.m_boxes.empty());
+    EXPECT_EQ(m_host.m_boxes.back().strText, L"\n网络无连接,请检查网络连接后再重试!");
+    EXPECT_EQ(m_host.m_boxes.back().nFlags, unsigned(MB_ICONSTOP));
+    m_site->m_recorder.m_onCall = nullptr;
+}
+
+TEST_F(FtpCommitsTest, WorkstationsUploadThroughTheirOwnNamesAndClearTheirStaleOnes) {
+    for (int i : {0, 1}) {
+        WriteBytes(m_site->Install(i, L"LocalData\\Ftp.bg"), "");
+        m_site->Restart(i);
+    }
+    m_site->PutOnSite(L"#10.0.0.1(WS1).txt", "stale");
+    m_site->PutOnSite(L"InstallHole\\#10.0.0.1(WS1).txt", "stale");
+    m_site->PutOnSite(L"InstallHole\\#10.0.0.2(WS2).txt", "B's upload in flight");
+    ASSERT_TRUE(Commit(0, L"a.dwg", "A"));
+    EXPECT_FALSE(m_site->OnSite(L"#10.0.0.1(WS1).txt"));
+    EXPECT_FALSE(m_site->OnSite(L"InstallHole\\#10.0.0.1(WS1).txt"));
+    EXPECT_EQ(m_site->SiteBytes(L"InstallHole\\#10.0.0.2(WS2).txt"), "B's upload in flight");
+    EXPECT_EQ(m_site->SiteBytes(L"InstallHole\\a.dwg"), "A");
+    ASSERT_TRUE(Commit(1, L"b.dwg", "B"));
+    EXPECT_FALSE(m_site->OnSite(L"InstallHole\\#10.0.0.2(WS2).txt"));
+    EXPECT_EQ(Server().size(), 3u);
+    EXPECT_TRUE(m_site->m_recorder.Count(L"PutFile InstallHole\\#10.0.0.2(WS2).txt") > 0);
+    EXPECT_TRUE(m_host.m_boxes.empty());
+}

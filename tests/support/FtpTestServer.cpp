@@ -145,6 +145,11 @@ public:
         m_owner.Log(L"Find " + strPattern);
         return m_real->FindFiles(strPattern, found);
     }
+    bool GetFileSize(const std::wstring& strRemote, int64_t& nSize) override {
+        m_owner.Log(L"Size " + strRemote);
+        return m_real->GetFileSize(strRemote, nSize);
+    }
+    std::wstring GetLocalAddress() override { return m_real->GetLocalAddress(); }
 
 private:
     std::unique_ptr<IFtpConnection> m_real;

@@ -46,7 +46,7 @@ private:
 
 // Passes every call to a real client and writes one line per call into
 // m_log: "login", "GetFile remote", "PutFile remote", "Remove remote",
-// "Rename from to", "Cd dir", "Mkd dir", "Find pattern".
+// "Rename from to", "Cd dir", "Mkd dir", "Find pattern", "Size remote".
 class CRecordingFtpClient : public IFtpClient {
 public:
     explicit CRecordingFtpClient(IFtpClient& real) : m_real(real) {}
