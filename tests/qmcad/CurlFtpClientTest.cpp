@@ -56,6 +56,11 @@ TEST_F(CurlFtpClientTest, TransfersLargeBinaryFilesInActiveMode) {
     WriteBytes(m_local / L"up.bin", bytes);
     ASSERT_TRUE(pConnection->PutFile(m_local / L"up.bin", L"\\up.bin"));
     EXPECT_EQ(ServerFile("up.bin"), bytes);
+    int64_t nSize = 0;
+    EXPECT_TRUE(pConnection->GetFileSize(L"up.bin", nSize));
+    EXPECT_EQ(nSize, 300000);
+    EXPECT_FALSE(pConnection->GetFileSize(L"missing.bin", nSize));
+    EXPECT_EQ(pConnection->GetLocalAddress(), L"127.0.0.1"); // as the server sees this end
     WriteBytes(m_local / L"down.bin", "older content");
     ASSERT_TRUE(pConnection->GetFile(L"up.bin", m_local / L"down.bin"));
     EXPECT_EQ(ReadBytes(m_local / L"down.bin"), bytes);

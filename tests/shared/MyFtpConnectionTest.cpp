@@ -8,6 +8,7 @@
 #include "ftp/CurlFtpClient.h"
 
 #include "base/FileSystem.h"
+#include "base/Network.h"
 #include "base/StrUtil.h"
 
 #include <gtest/gtest.h>
@@ -345,3 +346,21 @@ TEST(FtpWorkstationTest, HostIdAndScratchDirectory) {
 }
 
 } // namespace
+
+// Resolving the machine's name gives a loopback address on Debian; the id
+// takes the connection's address, else an interface's, and keeps it.
+TEST_F(MyFtpConnectionTest, HostIdNamesAnAddressOtherWorkstationsCanTellApart) {
+    unsetenv("QM_HOST_ID");
+    auto pFtp = Make();
+    ASSERT_TRUE(pFtp->Connect());
+    std::wstring strId = GetLocalIP();
+    std::string strInterface;
+    if (NetGetInterfaceIPv4(strInterface))
+        EXPECT_EQ(strId.rfind(Utf8ToWide(strInterface) + L"(", 0), 0u) << strId;
+    EXPECT_NE(strId.rfind(L"127.", 0), 0u) << strId;
+    OfferHostAddress(L"198.51.100.9");
+    EXPECT_EQ(GetLocalIP(), strId); // once per run
+    setenv("QM_HOST_ID", "10.0.0.9(WS9)", 1);
+    EXPECT_EQ(GetLocalIP(), L"10.0.0.9(WS9)");
+    unsetenv("QM_HOST_ID");
+}
