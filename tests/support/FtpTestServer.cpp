@@ -9,7 +9,9 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
+#include <random>
 
 extern char** environ;
 
@@ -37,14 +39,41 @@ CFtpTestServer::~CFtpTestServer() {
     Stop();
 }
 
+// The kernel hands out the ports of its ephemeral range to every outgoing
+// connection and every passive data port of the other tests running beside
+// this one. A server that takes such a port and is restarted on it after a
+// Stop may find it taken in between: the tests then fail by lot. Ports below
+// that range are handed out to nobody unasked.
+int CFtpTestServer::PickPort() {
+    int nLow = 32768;
+    if (std::FILE* pFile = std::fopen("/proc/sys/net/ipv4/ip_local_port_range", "r")) {
+        if (std::fscanf(pFile, "%d", &nLow) != 1)
+            nLow = 32768;
+        std::fclose(pFile);
+    }
+    nLow = std::clamp(nLow, 2048, 65535);
+    static std::mt19937 s_random(static_cast<unsigned>(getpid()) ^ std::random_device{}());
+    int nFloor = std::max(1024, nLow - 12000);
+    return nFloor + static_cast<int>(s_random() % static_cast<unsigned>(nLow - nFloor));
+}
+
 bool CFtpTestServer::Start(const FTP_TEST_SERVER_OPTIONS& options) {
+    if (m_nPort != 0)
+        return StartOn(m_nPort, options);
+    for (int nTry = 0; nTry < 20; ++nTry)
+        if (StartOn(PickPort(), options))
+            return true;
+    return false;
+}
+
+bool CFtpTestServer::StartOn(int nWantedPort, const FTP_TEST_SERVER_OPTIONS& options) {
     Stop();
     std::string strRoot = m_root.OsPath();
     while (strRoot.size() > 1 && strRoot.back() == '/')
         strRoot.pop_back();
     if (options.bNoStoreDir)
         std::filesystem::create_directories(strRoot + "/nostore");
-    std::string strPort = std::to_string(m_nPort);
+    std::string strPort = std::to_string(nWantedPort);
     std::vector<std::string> args = {"/usr/bin/python3",
                                      QM_FTP_TEST_SERVER_SCRIPT,
                                      strRoot,

@@ -24,8 +24,9 @@ public:
     CFtpTestServer(const CFtpTestServer&) = delete;
     CFtpTestServer& operator=(const CFtpTestServer&) = delete;
 
-    // Starts on a free port, or on the port of the previous start after a
-    // Stop; returns once the server accepts connections.
+    // Starts on a free port below the kernel's ephemeral range, or on the
+    // port of the previous start after a Stop; returns once the server
+    // accepts connections.
     bool Start(const FTP_TEST_SERVER_OPTIONS& options = {});
     void Stop();
     // Freezes the process: connections stay open and nothing is answered.
@@ -38,6 +39,9 @@ public:
     std::wstring operator/(const std::wstring& strRel) const { return m_root / strRel; }
 
 private:
+    static int PickPort();
+    bool StartOn(int nWantedPort, const FTP_TEST_SERVER_OPTIONS& options);
+
     CTempDir m_root;
     int m_pid = -1;
     int m_nPort = 0;
