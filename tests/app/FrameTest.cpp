@@ -56,6 +56,47 @@ TEST_F(FrameTest, RegistersEighteenCommandsWithTheirFlags) {
     m_app.EntryPoint(AcRx::kInitAppMsg, nullptr);
 }
 
+namespace {
+
+unsigned long g_nSerials[3];
+void ThrowsNoMemory() {
+    g_nSerials[0] = CurrentCommandSerial();
+    throw std::bad_alloc();
+}
+void ThrowsRuntime() {
+    g_nSerials[1] = CurrentCommandSerial();
+    throw std::runtime_error("file vanished");
+}
+void Finishes() {
+    g_nSerials[2] = CurrentCommandSerial();
+}
+const STRUCT_ARXCOMMAND kThrowingTable[] = {
+    {L"TzTest", L"Oom", L"Oom", 0, &ThrowsNoMemory, nullptr, -1, {0, 0}},
+    {L"TzTest", L"Broken", L"Broken", 0, &ThrowsRuntime, nullptr, -1, {0, 0}},
+    {L"TzTest", L"Fine", L"Fine", 0, &Finishes, nullptr, -1, {0, 0}},
+};
+
+} // namespace
+
+// No exception of a command body reaches the host: the command ends with one
+// line, and each command runs under a serial of its own.
+TEST_F(FrameTest, CommandBodiesEndWithOneLineWhateverTheyThrow) {
+    m_app.EntryPoint(AcRx::kUnloadAppMsg, nullptr);
+    AcRxArxApp app(kThrowingTable, 3);
+    ASSERT_EQ(app.EntryPoint(AcRx::kInitAppMsg, nullptr), AcRx::kRetOK);
+    m_host.m_strPrinted.clear();
+    m_host.Run({L"Oom", L"Broken", L"Fine"});
+    EXPECT_EQ(m_host.m_strPrinted, L"命令: Oom\n\n; 错误: 命令 Oom 异常中止（内存不足）\n"
+                                   L"命令: Broken\n\n; 错误: 命令 Broken 异常中止（file vanished）\n"
+                                   L"命令: Fine\n");
+    EXPECT_NE(g_nSerials[0], 0u);
+    EXPECT_NE(g_nSerials[0], g_nSerials[1]);
+    EXPECT_NE(g_nSerials[1], g_nSerials[2]);
+    EXPECT_EQ(CurrentCommandSerial(), 0u);
+    app.EntryPoint(AcRx::kUnloadAppMsg, nullptr);
+    ASSERT_EQ(m_app.EntryPoint(AcRx::kInitAppMsg, nullptr), AcRx::kRetOK);
+}
+
 TEST_F(FrameTest, MoveHolePrintsNothingAndFirstRunOnlyMakesTheSentinel) {
     m_host.Run({L"MoveHole"});
     EXPECT_EQ(m_host.m_strPrinted, L"命令: MoveHole\n");
