@@ -6,6 +6,7 @@
 #include "EditorTestHost.h"
 #include "base/Format.h"
 #include "host/HostInput.h"
+#include "host/db/GrReadValue.h"
 #include "host/db/AcDb.h"
 
 #include <gtest/gtest.h>
