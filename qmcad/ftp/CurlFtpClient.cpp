@@ -35,13 +35,8 @@
 
 namespace {
 
-struct SESSION_SETTINGS {
-    uint32_t nConnectTimeoutMs = 60000;
-    uint32_t nSendTimeoutMs = 30000;
-    uint32_t nReceiveTimeoutMs = 30000;
-    uint32_t nBackoffMs = 0;
-    uint32_t nRetries = 5;
-};
+// A session nobody configured keeps the platform's own values.
+constexpr FTP_SESSION_OPTIONS kPlatformOptions = {60000, 30000, 30000, 0, 5};
 
 struct LOGIN {
     std::string strHost;
@@ -81,7 +76,7 @@ size_t Discard(char*, size_t n, size_t m, void*) {
 
 class CCurlFtpConnection : public IFtpConnection {
 public:
-    CCurlFtpConnection(const SESSION_SETTINGS& settings, std::string cp, LOGIN login)
+    CCurlFtpConnection(const FTP_SESSION_OPTIONS& settings, std::string cp, LOGIN login)
         : m_settings(settings), m_strCodePage(std::move(cp)), m_login(std::move(login)),
           m_pMulti(curl_multi_init()), m_pCurl(curl_easy_init()) {
         std::string strHost = m_login.strHost.find(':') != std::string::npos
@@ -143,7 +138,7 @@ private:
 
     static int OnDebug(CURL*, curl_infotype type, char* p, size_t n, void* pSelf);
 
-    SESSION_SETTINGS m_settings;
+    FTP_SESSION_OPTIONS m_settings;
     std::string m_strCodePage;
     LOGIN m_login;
     CURLM* m_pMulti; // holds the control connection between requests
@@ -281,10 +276,10 @@ bool CCurlFtpConnection::Login(std::wstring& strError) {
         strError = L"FTP client not available";
         return false;
     }
-    uint32_t nAttempts = std::max<uint32_t>(1, m_settings.nRetries);
+    uint32_t nAttempts = std::max<uint32_t>(1, m_settings.nConnectRetries);
     for (uint32_t i = 0; i < nAttempts; ++i) {
         if (i > 0)
-            std::this_thread::sleep_for(std::chrono::milliseconds(m_settings.nBackoffMs));
+            std::this_thread::sleep_for(std::chrono::milliseconds(m_settings.nConnectBackoffMs));
         m_strLastReply.clear();
         Prepare(m_strBaseUrl + "/", Kind::Control);
         curl_easy_setopt(m_pCurl, CURLOPT_NOBODY, 1L);
@@ -466,10 +461,10 @@ public:
             m_settings.nConnectTimeoutMs = nValue;
             return true;
         case INTERNET_OPTION_CONNECT_RETRIES:
-            m_settings.nRetries = nValue;
+            m_settings.nConnectRetries = nValue;
             return true;
         case INTERNET_OPTION_CONNECT_BACKOFF:
-            m_settings.nBackoffMs = nValue;
+            m_settings.nConnectBackoffMs = nValue;
             return true;
         case INTERNET_OPTION_SEND_TIMEOUT:
             m_settings.nSendTimeoutMs = nValue;
@@ -498,7 +493,7 @@ public:
 
 private:
     std::string m_strCodePage;
-    SESSION_SETTINGS m_settings;
+    FTP_SESSION_OPTIONS m_settings = kPlatformOptions;
 };
 
 } // namespace

@@ -15,6 +15,16 @@ enum : int {
     INTERNET_OPTION_RECEIVE_TIMEOUT = 6, // ms to wait for the server
 };
 
+// The values of those options. The defaults are the working values the
+// site's client sets; tests shorten them so that a dead server costs little.
+struct FTP_SESSION_OPTIONS {
+    uint32_t nConnectTimeoutMs = 6000;
+    uint32_t nSendTimeoutMs = 6000;
+    uint32_t nReceiveTimeoutMs = 6000;
+    uint32_t nConnectBackoffMs = 500;
+    uint32_t nConnectRetries = 5;
+};
+
 // Attribute bits of a listed entry, with the platform's values.
 enum : uint32_t {
     FILE_ATTRIBUTE_READONLY = 0x01,

@@ -9,16 +9,6 @@
 #include <memory>
 #include <string>
 
-// Time-outs and retries of the session that Connect opens. The defaults are
-// the working values; tests shorten them so that a dead server costs little.
-struct FTP_SESSION_OPTIONS {
-    uint32_t nConnectTimeoutMs = 6000;
-    uint32_t nSendTimeoutMs = 6000;
-    uint32_t nReceiveTimeoutMs = 6000;
-    uint32_t nConnectBackoffMs = 500;
-    uint32_t nConnectRetries = 5;
-};
-
 // "LocalData\TzFTPLoginInfo.sys" under the install directory, and the
 // marker beside it that asks for uploads through a temporary name.
 inline constexpr const wchar_t* kFtpLoginFile = L"LocalData\\TzFTPLoginInfo.sys";

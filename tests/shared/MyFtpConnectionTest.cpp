@@ -229,8 +229,9 @@ TEST_F(MyFtpConnectionTest, ShortUploadIsRemovedAndSentOnceMore) {
         EXPECT_FALSE(pFtp->UploadFile(Local(always), strRemote)) << bMarker;
         // Plain, the short file is gone; through the temporary name the old one stays.
         EXPECT_EQ(OnServer(L"site\\kept.dwg"), bMarker);
-        if (bMarker)
+        if (bMarker) {
             EXPECT_EQ(ReadBytes(m_server / L"site\\kept.dwg"), "old");
+        }
         EXPECT_EQ(m_host.m_boxes.back().strText,
                   L"文件 kept.dwg 上传失败，请确认是否被其它客户端用户调用！");
         std::vector<FS_FIND_DATA> found;
@@ -355,8 +356,9 @@ TEST_F(MyFtpConnectionTest, HostIdNamesAnAddressOtherWorkstationsCanTellApart) {
     ASSERT_TRUE(pFtp->Connect());
     std::wstring strId = GetLocalIP();
     std::string strInterface;
-    if (NetGetInterfaceIPv4(strInterface))
+    if (NetGetInterfaceIPv4(strInterface)) {
         EXPECT_EQ(strId.rfind(Utf8ToWide(strInterface) + L"(", 0), 0u) << strId;
+    }
     EXPECT_NE(strId.rfind(L"127.", 0), 0u) << strId;
     OfferHostAddress(L"198.51.100.9");
     EXPECT_EQ(GetLocalIP(), strId); // once per run
