@@ -40,6 +40,13 @@ TEST(LabelSplit, GenericSymbolsSeparateOnlyAtAColon) {
 TEST(LabelSplit, DoubleDashEndsAsDashTerminal) {
     EXPECT_EQ(Split(L"KM1--", kGeneric), L"KM1|-|-|2");
     EXPECT_EQ(Split(L"KM1--", kLabelKindTerminal), L"KM1|-|-|2");
+    // A single dash at the end is no separator: alone it leaves the label
+    // whole; behind another dash the dashes turn to colons, or the dash
+    // before it separates.
+    EXPECT_EQ(Split(L"KM1-", kGeneric), L"KM1-|||0");
+    EXPECT_EQ(Split(L"KM1-", kLabelKindTerminal), L"KM1-|||0");
+    EXPECT_EQ(Split(L"XT1-5-", kLabelKindTerminal), L"XT||1:5:|1");
+    EXPECT_EQ(Split(L"A-B-", kLabelKindTerminal), L"A|-|B-|2");
 }
 
 TEST(LabelSplit, TerminalStripKind) {

@@ -90,6 +90,13 @@ TEST_F(FtpCommitsTest, FirstCommitSeedsTheSiteAndLeavesTheClientInStep) {
     EXPECT_TRUE(m_site->On(1).CheckServerUpdate(bMainLib));
     EXPECT_FALSE(bMainLib);
     EXPECT_TRUE(m_site->On(0).CheckServerVersion()); // A is behind B's commit now
+
+    // A site restored from an older copy: a client ahead of it is out of step as well.
+    WriteTextFile(m_site->Install(1, L"Client.xml"), L"版本日期：2030,01,01,00,00,00");
+    EXPECT_TRUE(m_site->On(1).CheckServerVersion());
+    EXPECT_TRUE(m_site->On(1).CheckServerUpdate(bMainLib));
+    ASSERT_TRUE(m_site->On(1).AdoptServerVersion());
+    EXPECT_FALSE(m_site->On(1).CheckServerVersion());
 }
 
 TEST_F(FtpCommitsTest, DeleteRenameAndDirectoryFlowsWriteTheirRecordShapes) {
@@ -208,20 +215,30 @@ TEST_F(FtpCommitsTest, TreeUploadThroughTheTemporaryNameLeavesNoScratchOnTheSite
     FsCreateDirectory(strTree);
     FsCreateDirectory(strTree + L"\\Sub");
     WriteBytes(strTree + L"\\a.dwg", "a");
+    WriteBytes(strTree + L"\\b.ITM", "b");
     WriteBytes(strTree + L"\\notes.txt", "n");
     WriteBytes(strTree + L"\\Sub\\c.prj", "c");
     ASSERT_TRUE(m_site->On(0).UploadDirTree(strTree, L"InstallHole\\Tree\\"));
-    EXPECT_EQ(CCountingSleep::s_nSleeps, 2);
+    EXPECT_EQ(CCountingSleep::s_nSleeps, 3);
     EXPECT_EQ(m_site->SiteBytes(L"InstallHole\\Tree\\Sub\\c.prj"), "c");
+    EXPECT_EQ(m_site->SiteBytes(L"InstallHole\\Tree\\b.ITM"), "b");
     EXPECT_FALSE(m_site->OnSite(L"InstallHole\\Tree\\notes.txt"));
-    EXPECT_EQ(Server(), (CStringArray{L"版本日期：" + kDate + L"12",
-                                      Record(L"InstallHole\\Tree\\Sub\\c.prj", 12, L"MOD"),
-                                      Record(L"InstallHole\\Tree\\Sub\\", 11, L"MOD"),
-                                      Record(L"InstallHole\\Tree\\a.dwg", 10, L"MOD"),
-                                      Record(L"InstallHole\\Tree\\", 9, L"MOD")}));
-    EXPECT_EQ(m_site->SiteLines(L"Server.backup").size(), 4u);
+    // A level's files go first (in the order the directory lists them), then its subdirectories.
+    CStringArray lines = Server();
+    ASSERT_EQ(lines.size(), 6u);
+    EXPECT_EQ(lines[0], L"版本日期：" + kDate + L"13");
+    EXPECT_EQ(lines[1], Record(L"InstallHole\\Tree\\Sub\\c.prj", 13, L"MOD"));
+    EXPECT_EQ(lines[2], Record(L"InstallHole\\Tree\\Sub\\", 12, L"MOD"));
+    EXPECT_TRUE(HasLine(lines, Record(L"InstallHole\\Tree\\a.dwg", 10, L"MOD")) ||
+                HasLine(lines, Record(L"InstallHole\\Tree\\a.dwg", 11, L"MOD")));
+    EXPECT_TRUE(HasLine(lines, Record(L"InstallHole\\Tree\\b.ITM", 10, L"MOD")) ||
+                HasLine(lines, Record(L"InstallHole\\Tree\\b.ITM", 11, L"MOD")));
+    EXPECT_EQ(lines[5], Record(L"InstallHole\\Tree\\", 9, L"MOD"));
+    EXPECT_EQ(m_site->SiteLines(L"Server.backup").size(), 5u);
     EXPECT_EQ(m_site->SiteLines(L"OS.log").size(), 1u);
-    EXPECT_FALSE(m_site->OnSite(L"#.txt") || m_site->OnSite(L"InstallHole\\Tree\\#.txt"));
+    std::vector<FS_FIND_DATA> found;
+    EXPECT_FALSE(FsFind(m_site->SitePath(L"#*"), found) ||
+                 FsFind(m_site->SitePath(L"InstallHole\\Tree\\#*"), found));
     EXPECT_FALSE(m_site->OnSite(L"Server.xml.bak"));
     EXPECT_TRUE(m_host.m_boxes.empty());
 }
@@ -259,7 +276,7 @@ TEST_F(FtpCommitsTest, FailedDownloadOfTheVersionFileStopsTheCommit) {
             strLast == L"Rename Server_Tmp.xml Server.xml") {
             bKilled = true;
             m_site->m_server.Stop();
-        } else if (bKilled && strLine == L"login" && ++nLoginsAfter == 2) {
+        } else if (bKilled && strLine.starts_with(L"login") && ++nLoginsAfter == 2) {
             m_site->m_server.Start();
         }
         strLast = strLine;

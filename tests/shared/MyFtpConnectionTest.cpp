@@ -80,6 +80,9 @@ TEST_F(MyFtpConnectionTest, ConnectsWithTheLoginFileRules) {
     ASSERT_TRUE(pFtp->Connect());
     EXPECT_TRUE(pFtp->DownloadFile(L" a.dwg ", m_local / L"back.dwg"));
     EXPECT_EQ(ReadBytes(m_local / L"back.dwg"), "A");
+    // The login file's mode reaches the client: the server takes both.
+    EXPECT_EQ(m_recorder.m_log.front(), L"login passive");
+    EXPECT_EQ(m_recorder.Count(L"login active"), 1);
 
     WriteLogin(L""); // no site directory: the login directory is the site
     pFtp->CloseConnection();
@@ -248,7 +251,7 @@ TEST_F(MyFtpConnectionTest, RemoteFileExistsFetchesTheFileTwiceWhenMissing) {
 
     m_recorder.m_log.clear();
     EXPECT_FALSE(pFtp->RemoteFileExists(L"missing.dwg"));
-    std::vector<std::wstring> expected = {L"GetFile missing.dwg", L"login", L"Cd site",
+    std::vector<std::wstring> expected = {L"GetFile missing.dwg", L"login passive", L"Cd site",
                                           L"GetFile missing.dwg"};
     EXPECT_EQ(m_recorder.m_log, expected);
     EXPECT_TRUE(m_host.m_boxes.empty());

@@ -197,7 +197,7 @@ public:
                                                      const std::wstring& strPassword,
                                                      uint16_t nPort, bool bPassive,
                                                      std::wstring& strError) override {
-        m_owner.Log(L"login");
+        m_owner.Log(bPassive ? L"login passive" : L"login active");
         auto real =
             m_real->GetFtpConnection(strServer, strUser, strPassword, nPort, bPassive, strError);
         if (!real)

@@ -49,7 +49,7 @@ private:
 };
 
 // Passes every call to a real client and writes one line per call into
-// m_log: "login", "GetFile remote", "PutFile remote", "Remove remote",
+// m_log: "login passive" or "login active", "GetFile remote", "PutFile remote", "Remove remote",
 // "Rename from to", "Cd dir", "Mkd dir", "Find pattern", "Size remote".
 class CRecordingFtpClient : public IFtpClient {
 public:
