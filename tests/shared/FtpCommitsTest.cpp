@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <unistd.h>
 
 namespace {
 
@@ -307,5 +308,51 @@ TEST_F(FtpCommitsTest, WorkstationsUploadThroughTheirOwnNamesAndClearTheirStaleO
     EXPECT_FALSE(m_site->OnSite(L"InstallHole\\#10.0.0.2(WS2).txt"));
     EXPECT_EQ(Server().size(), 3u);
     EXPECT_TRUE(m_site->m_recorder.Count(L"PutFile InstallHole\\#10.0.0.2(WS2).txt") > 0);
+    EXPECT_TRUE(m_host.m_boxes.empty());
+}
+
+// The same flows on Debian's vsftpd, the server most Linux sites run (its
+// user can only be made by root), one workstation through its temporary names.
+TEST_F(FtpCommitsTest, TwoWorkstationsCommitAndCatchUpAfterACrashOnVsftpd) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "vsftpd's local user can only be made by root";
+    m_site = std::make_unique<CSharedSite>(m_host, 2, FTP_TEST_SERVER_OPTIONS{"utf8", false, true});
+    ASSERT_TRUE(m_site->Started());
+    FsCreateDirectory(m_site->SitePath(L"InstallHole"));
+    m_site->m_server.Adopt(m_site->SitePath(L"InstallHole"));
+    WriteBytes(m_site->Install(1, L"LocalData\\Ftp.bg"), "");
+    m_site->Restart(1);
+
+    ASSERT_TRUE(Commit(0, L"a.dwg", "A"));
+    ASSERT_TRUE(Commit(1, L"b.dwg", "B"));
+    ASSERT_TRUE(Commit(1, L"a.dwg", "A2"));
+    ASSERT_TRUE(m_site->On(0).CommitRename(L"InstallHole\\b.dwg", L"InstallHole\\c.dwg"));
+    EXPECT_EQ(m_site->SiteBytes(L"InstallHole\\a.dwg"), "A2");
+    EXPECT_EQ(m_site->SiteBytes(L"InstallHole\\c.dwg"), "B");
+    CStringArray lines = Server();
+    ASSERT_EQ(lines.size(), 4u);
+    EXPECT_TRUE(lines[1].starts_with(L"InstallHole\\c.dwg|"));
+    EXPECT_TRUE(lines[2].starts_with(L"InstallHole\\b.dwg|") && lines[2].ends_with(L"|DEL"));
+    EXPECT_TRUE(lines[3].starts_with(L"InstallHole\\a.dwg|"));
+
+    // A dies holding the version lock; B waits it out and records its work.
+    m_site->CrashAfter(L"PutFile Server.xml.bak");
+    Commit(0, L"d.dwg", "D");
+    ASSERT_TRUE(m_site->m_bCrashed);
+    m_site->m_recorder.m_onCall = nullptr;
+    ASSERT_TRUE(m_site->m_server.Start({"utf8", false, true}));
+    EXPECT_EQ(m_host.m_boxes.at(0).strText, L"\n网络无连接,请检查网络连接后再重试!"); // A's own
+    m_host.m_boxes.clear();
+    CCountingSleep::s_nSleeps = 0;
+    m_site->Restart(1);
+    ASSERT_TRUE(Commit(1, L"e.dwg", "E"));
+    EXPECT_EQ(CCountingSleep::s_nSleeps, 6);
+    lines = Server();
+    EXPECT_TRUE(lines.at(1).starts_with(L"InstallHole\\e.dwg|"));
+    EXPECT_EQ(lines.size(), 5u);
+    EXPECT_FALSE(m_site->OnSite(L"Server.xml.bak"));
+    std::vector<FS_FIND_DATA> found;
+    EXPECT_FALSE(FsFind(m_site->SitePath(L"#*"), found) ||
+                 FsFind(m_site->SitePath(L"InstallHole\\#*"), found));
     EXPECT_TRUE(m_host.m_boxes.empty());
 }
