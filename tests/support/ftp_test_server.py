@@ -46,13 +46,21 @@ class WireHandler(FTPHandler):
     cut_seen = set()
 
     def on_file_received(self, file):
-        with open(file, "rb") as f:
-            data = f.read()
-        once = data.startswith(b"CUTONCE") and data not in WireHandler.cut_seen
-        if once or data.startswith(b"CUTALWAYS"):
-            WireHandler.cut_seen.add(data)
-            with open(file, "wb") as f:
-                f.write(data[: len(data) // 2])
+        # Another session may have renamed or removed the file meanwhile.
+        try:
+            with open(file, "rb") as f:
+                head = f.read(9)
+                if not (head.startswith(b"CUTONCE") or head == b"CUTALWAYS"):
+                    return
+                f.seek(0)
+                data = f.read()
+            once = data.startswith(b"CUTONCE") and data not in WireHandler.cut_seen
+            if once or data.startswith(b"CUTALWAYS"):
+                WireHandler.cut_seen.add(data)
+                with open(file, "wb") as f:
+                    f.write(data[: len(data) // 2])
+        except OSError:
+            pass
 
 
 logging.basicConfig(level=logging.CRITICAL)
