@@ -163,8 +163,8 @@ int main(int argc, char** argv) {
             double dLost = f.nAttempted ? 100.0 * (f.nAttempted - f.nPresent) / f.nAttempted : 0;
             std::printf("%-6s %-3d %9d %8d %9.1f %10d %12d %10d %11d %8d %13d %6d %10.1f\n",
                         bTempUpload ? "yes" : "no", nWorkstations, f.nAttempted, f.nPresent, dLost,
-                        f.nFilesLost, f.nFilesCorrupt + f.nUnsoundLines, f.nLockWaits,
-                        f.nTakeOvers, f.nRefusedBackups, f.nFailedRepairs, f.nStrayTemps,
+                        f.nFilesLost, f.nFilesCorrupt + f.nUnsoundLines, f.nLockWaits, f.nTakeOvers,
+                        f.nRefusedBackups, f.nFailedRepairs, f.nStrayTemps,
                         f.nAttempted ? 1000.0 * f.dWallSeconds / f.nAttempted : 0.0);
             std::fflush(stdout);
         }

@@ -26,7 +26,8 @@ template <int N> void RowEntry() {
 }
 
 template <int... N>
-constexpr std::array<AcRxFunctionPtr, sizeof...(N)> MakeRowEntries(std::integer_sequence<int, N...>) {
+constexpr std::array<AcRxFunctionPtr, sizeof...(N)>
+MakeRowEntries(std::integer_sequence<int, N...>) {
     return {&RowEntry<N>...};
 }
 

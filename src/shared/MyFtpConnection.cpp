@@ -119,8 +119,8 @@ bool CMyFtpConnection::UploadFile(std::wstring strLocal, std::wstring& strRemote
     if (m_bTempUpload) {
         m_strTempTarget = strRemote;
         m_strTempDir = StrLeft(strRemote, StrReverseFind(strRemote, L'\\'));
-        m_strTempName = m_strTempDir.empty() ? TempUploadName()
-                                             : JoinPath(m_strTempDir, TempUploadName());
+        m_strTempName =
+            m_strTempDir.empty() ? TempUploadName() : JoinPath(m_strTempDir, TempUploadName());
         strTransfer = m_strTempName;
     }
     bool bOk = WithOneRetry(

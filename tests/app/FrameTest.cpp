@@ -43,12 +43,24 @@ protected:
 TEST_F(FrameTest, RegistersEighteenCommandsWithTheirFlags) {
     const CCommandStack& stack = m_host.m_editor.m_commands;
     const std::pair<const wchar_t*, unsigned> kExpected[] = {
-        {L"DrawingManage", 0x200000u},  {L"DrawingInsert", 1u},   {L"DrawingOpen", 1u},
-        {L"DrawPanel", 1u},            {L"MoveHole", 1u},        {L"DimHole", 1u},
-        {L"EditPanel", 1u},            {L"MakeSld", 1u},         {L"ShowSld", 1u},
-        {L"OpenDwg", 1u},              {L"CloseDwg", 1u},        {L"ShowSldDlg", 1u},
-        {L"Tz3dView", 1u},             {L"Tz2dView", 1u},        {L"LaySketchManage", 1u},
-        {L"LaySketchInsert", 1u},      {L"LaySketchOpen", 1u},   {L"LaySketchMakeSld", 1u},
+        {L"DrawingManage", 0x200000u},
+        {L"DrawingInsert", 1u},
+        {L"DrawingOpen", 1u},
+        {L"DrawPanel", 1u},
+        {L"MoveHole", 1u},
+        {L"DimHole", 1u},
+        {L"EditPanel", 1u},
+        {L"MakeSld", 1u},
+        {L"ShowSld", 1u},
+        {L"OpenDwg", 1u},
+        {L"CloseDwg", 1u},
+        {L"ShowSldDlg", 1u},
+        {L"Tz3dView", 1u},
+        {L"Tz2dView", 1u},
+        {L"LaySketchManage", 1u},
+        {L"LaySketchInsert", 1u},
+        {L"LaySketchOpen", 1u},
+        {L"LaySketchMakeSld", 1u},
     };
     for (const auto& [pszName, nFlags] : kExpected) {
         const HOST_COMMAND* pCmd = stack.Find(pszName);
@@ -98,9 +110,10 @@ TEST_F(FrameTest, CommandBodiesEndWithOneLineWhateverTheyThrow) {
     ASSERT_EQ(app.EntryPoint(AcRx::kInitAppMsg, nullptr), AcRx::kRetOK);
     m_host.m_strPrinted.clear();
     m_host.Run({L"Oom", L"Broken", L"Fine"});
-    EXPECT_EQ(m_host.m_strPrinted, L"命令: Oom\n\n; 错误: 命令 Oom 异常中止（内存不足）\n"
-                                   L"命令: Broken\n\n; 错误: 命令 Broken 异常中止（file vanished）\n"
-                                   L"命令: Fine\n");
+    EXPECT_EQ(m_host.m_strPrinted,
+              L"命令: Oom\n\n; 错误: 命令 Oom 异常中止（内存不足）\n"
+              L"命令: Broken\n\n; 错误: 命令 Broken 异常中止（file vanished）\n"
+              L"命令: Fine\n");
     EXPECT_NE(g_nSerials[0], 0u);
     EXPECT_NE(g_nSerials[0], g_nSerials[1]);
     EXPECT_NE(g_nSerials[1], g_nSerials[2]);

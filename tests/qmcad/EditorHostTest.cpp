@@ -6,8 +6,8 @@
 #include "EditorTestHost.h"
 #include "base/Format.h"
 #include "host/HostInput.h"
-#include "host/db/GrReadValue.h"
 #include "host/db/AcDb.h"
+#include "host/db/GrReadValue.h"
 
 #include <gtest/gtest.h>
 
@@ -109,7 +109,8 @@ TEST(EditorHost, ExceptionsEndTheCommandAndNeverTheEditor) {
     editor.RunLoop();
     EXPECT_NE(ui.m_strPrinted.find(L"; 错误: 命令 OOM 异常中止（内存不足）\n"), std::wstring::npos)
         << ui.m_strPrinted;
-    EXPECT_NE(ui.m_strPrinted.find(L"; 错误: 命令 BAD 异常中止（disk gone）\n"), std::wstring::npos);
+    EXPECT_NE(ui.m_strPrinted.find(L"; 错误: 命令 BAD 异常中止（disk gone）\n"),
+              std::wstring::npos);
     EXPECT_NE(ui.m_strPrinted.find(L"异常中止（未知异常）\n"), std::wstring::npos);
     EXPECT_EQ(s_nAfter, 1);
     EXPECT_EQ(editor.m_docs.documentCount(), 1);

@@ -172,7 +172,8 @@ TEST_F(MyFtpConnectionTest, MarkerSendsUploadsThroughTheWorkstationsOwnTemporary
     EXPECT_EQ(ReadBytes(m_server / L"site\\sub\\b.dwg"), "B");
     EXPECT_EQ(ReadBytes(m_server / L"site\\sub\\a.dwg"), "new");
     std::vector<FS_FIND_DATA> found;
-    EXPECT_FALSE(FsFind(m_server / L"site\\#*", found) || FsFind(m_server / L"site\\sub\\#*", found));
+    EXPECT_FALSE(FsFind(m_server / L"site\\#*", found) ||
+                 FsFind(m_server / L"site\\sub\\#*", found));
     EXPECT_TRUE(m_host.m_boxes.empty());
     unsetenv("QM_HOST_ID");
 }
@@ -219,7 +220,8 @@ TEST_F(MyFtpConnectionTest, ShortUploadIsRemovedAndSentOnceMore) {
     for (bool bMarker : {false, true}) {
         auto pFtp = Make(bMarker);
         ASSERT_TRUE(pFtp->Connect());
-        std::string bytes = (bMarker ? "CUTONCE-marked-" : "CUTONCE-plain-") + std::string(4000, 'x');
+        std::string bytes =
+            (bMarker ? "CUTONCE-marked-" : "CUTONCE-plain-") + std::string(4000, 'x');
         std::wstring strRemote = L"big.dwg";
         EXPECT_TRUE(pFtp->UploadFile(Local(bytes), strRemote)) << bMarker;
         EXPECT_EQ(ReadBytes(m_server / L"site\\big.dwg"), bytes) << bMarker;

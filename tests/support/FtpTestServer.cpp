@@ -10,9 +10,9 @@
 #include <netinet/in.h>
 #include <poll.h>
 #include <pwd.h>
+#include <spawn.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -246,8 +246,8 @@ bool CFtpTestServer::StartVsftpd(int nWantedPort) {
                        "chroot_local_user=YES\nallow_writeable_chroot=YES\n"
                        "pam_service_name=vsftpd\nseccomp_sandbox=NO\npasv_address=127.0.0.1\n"
                        "connect_from_port_20=NO\nxferlog_enable=NO\nutf8_filesystem=YES\n"
-                       "listen_port=" + std::to_string(nWantedPort) + "\nlocal_root=" + strRoot +
-                       "\n";
+                       "listen_port=" +
+                       std::to_string(nWantedPort) + "\nlocal_root=" + strRoot + "\n";
     WriteBytes(FromOsPath(strConf), text);
     std::vector<std::string> args = {"/usr/sbin/vsftpd", strConf};
     std::vector<char*> argv = {args[0].data(), args[1].data(), nullptr};
