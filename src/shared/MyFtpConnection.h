@@ -130,6 +130,8 @@ protected:
     bool DeleteRemoteFileWith(std::wstring strPath, bool bReport);
     // Writes the own host id to "TempFTP\LocalIP.txt" and uploads it as the lock.
     void UploadOwnLock(const std::wstring& strLock);
+    // The same for the version file's lock "Server.xml.bak".
+    void UploadServerLock();
     // The holder's line of a lock, fetched to strScratch and deleted there;
     // empty when the download failed.
     std::wstring ReadRemoteLock(const std::wstring& strLock, const std::wstring& strScratch);
