@@ -1,6 +1,7 @@
 // qmcad, the reference host: loads the module and runs its command line on an installation.
 #include "ConsoleInput.h"
 #include "ConsoleUi.h"
+#include "HostApplication.h"
 #include "PluginLoader.h"
 #include "demo/DemoInstall.h"
 #include "dxf/DxfCodec.h"
@@ -113,7 +114,7 @@ int main(int argc, char** argv) {
     if (!ParseOptions(argc, argv, opt))
         return Usage();
     ChooseWindowPlatform(opt);
-    QApplication app(argc, argv);
+    CHostApplication app(argc, argv);
     acdbSetFileCodec(&GetDxfCodec()); // drawings are DXF files whatever their names
     CSuiteConfig config;
     if (!LoadSettings(opt, config))
@@ -133,6 +134,9 @@ int main(int argc, char** argv) {
     QWidget frame; // the parent of the module's windows; the console shows none of its own
     frame.setWindowTitle(QStringLiteral("qmcad"));
     editor.m_pFrame = &frame;
+    app.m_onEscape = [&ui](const std::wstring& strWhat) {
+        ui.Print(L"; 错误: 窗口事件异常中止（" + strWhat + L"）\n");
+    };
     HOST_SERVICES services = editor.Services();
     services.pInstallPaths = &config;
     CCurlFtpClient ftp;
