@@ -1,7 +1,10 @@
 // Reliability of concurrent commits: N workstation processes, M distinct files each, one site.
-//   site_commit_bench [M]   runs N = 2, 4, 8 and prints what reached "Server.xml".
+//   site_commit_bench [M]   runs N = 2, 4, 8 without and with "Ftp.bg" and prints what
+//                           reached "Server.xml" and the site: records lost per 100 commits,
+//                           library files lost or holding other bytes, unsound version lines.
 #include "shared/FtpLoginInfo.h"
 #include "shared/MyFtpConnection.h"
+#include "shared/OperateVersionFile.h"
 
 #include "FtpTestServer.h"
 #include "TestHost.h"
@@ -36,8 +39,21 @@ void RealCountingSleep(unsigned nMs) {
 struct RUN_FIGURES {
     int nAttempted = 0, nPresent = 0, nTakeOvers = 0, nLockWaits = 0;
     int nRefusedBackups = 0, nFailedRepairs = 0;
+    int nFilesLost = 0, nFilesCorrupt = 0, nUnsoundLines = 0, nStrayTemps = 0;
     double dWallSeconds = 0;
 };
+
+std::wstring ItemName(int nIndex, int k) {
+    return L"w" + std::to_wstring(nIndex) + L"_" + std::to_wstring(k) + L".dwg";
+}
+
+// Bytes of their own for every commit, so that a file holding another's shows.
+std::string ItemBytes(int nIndex, int k) {
+    std::string bytes = "drawing " + std::to_string(nIndex) + "_" + std::to_string(k) + "\n";
+    while (bytes.size() < 20000)
+        bytes += bytes;
+    return bytes;
+}
 
 // One workstation process: M commits, then "take-overs" into its result file.
 [[noreturn]] void RunWorkstation(const std::wstring& strInstall, int nIndex, int nCommits) {
@@ -53,11 +69,10 @@ struct RUN_FIGURES {
     {
         CMyFtpConnection ftp;
         std::wstring strLocal = strInstall + L"item.dwg";
-        WriteBytes(strLocal, "drawing");
         for (int k = 0; k < nCommits; ++k) {
+            WriteBytes(strLocal, ItemBytes(nIndex, k));
             g_nSleepsThisCommit = 0;
-            ftp.CommitFile(strLocal, L"InstallHole\\w" + std::to_wstring(nIndex) + L"_" +
-                                         std::to_wstring(k) + L".dwg");
+            ftp.CommitFile(strLocal, L"InstallHole\\" + ItemName(nIndex, k));
             nTakeOvers += g_nSleepsThisCommit >= 6;
         }
     }
@@ -66,7 +81,7 @@ struct RUN_FIGURES {
     _exit(0);
 }
 
-RUN_FIGURES RunOnce(int nWorkstations, int nCommits) {
+RUN_FIGURES RunOnce(int nWorkstations, int nCommits, bool bTempUpload) {
     RUN_FIGURES figures;
     CFtpTestServer server;
     if (!server.Start())
@@ -80,6 +95,8 @@ RUN_FIGURES RunOnce(int nWorkstations, int nCommits) {
         WriteBytes(strLogin, "");
         WriteLoginInfo(strLogin, {L"", L"", L"127.0.0.1", std::to_wstring(server.Port()), L"0",
                                   L"qm", L"secret", L"", L"", L"", L"1"});
+        if (bTempUpload)
+            WriteBytes(*installs[i] / L"LocalData\\Ftp.bg", "");
     }
     auto start = CClock::now();
     std::vector<pid_t> children;
@@ -101,10 +118,23 @@ RUN_FIGURES RunOnce(int nWorkstations, int nCommits) {
     }
     CStringArray lines;
     ReadLines(server / L"Server.xml", lines, false);
+    figures.nUnsoundLines = static_cast<int>(CountUnsoundVersionLines(lines));
     for (int i = 0; i < nWorkstations; ++i)
         for (int k = 0; k < nCommits; ++k) {
-            std::wstring strPath =
-                L"InstallHole\\w" + std::to_wstring(i) + L"_" + std::to_wstring(k) + L".dwg|";
+            std::wstring strFile = server / (L"InstallHole\\" + ItemName(i, k));
+            if (!FsExists(strFile))
+                ++figures.nFilesLost;
+            else if (ReadBytes(strFile) != ItemBytes(i, k))
+                ++figures.nFilesCorrupt;
+        }
+    std::vector<FS_FIND_DATA> found;
+    FsFind(server / L"#*", found);
+    figures.nStrayTemps = static_cast<int>(found.size());
+    FsFind(server / L"InstallHole\\#*", found);
+    figures.nStrayTemps += static_cast<int>(found.size());
+    for (int i = 0; i < nWorkstations; ++i)
+        for (int k = 0; k < nCommits; ++k) {
+            std::wstring strPath = L"InstallHole\\" + ItemName(i, k) + L"|";
             for (const std::wstring& strLine : lines)
                 if (strLine.starts_with(strPath)) {
                     ++figures.nPresent;
@@ -123,15 +153,21 @@ RUN_FIGURES RunOnce(int nWorkstations, int nCommits) {
 } // namespace
 
 int main(int argc, char** argv) {
-    int nCommits = argc > 1 ? std::atoi(argv[1]) : 50;
-    std::printf("%-3s %9s %8s %5s %10s %11s %8s %13s %10s\n", "N", "attempted", "present", "lost",
-                "lock-waits", "take-overs", "repairs", "failed-repair", "ms/commit");
-    for (int nWorkstations : {2, 4, 8}) {
-        RUN_FIGURES f = RunOnce(nWorkstations, nCommits);
-        std::printf("%-3d %9d %8d %5d %10d %11d %8d %13d %10.1f\n", nWorkstations, f.nAttempted,
-                    f.nPresent, f.nAttempted - f.nPresent, f.nLockWaits, f.nTakeOvers,
-                    f.nRefusedBackups, f.nFailedRepairs,
-                    f.nAttempted ? 1000.0 * f.dWallSeconds / f.nAttempted : 0.0);
+    int nCommits = argc > 1 ? std::atoi(argv[1]) : 25;
+    std::printf("%-6s %-3s %9s %8s %9s %10s %12s %10s %11s %8s %13s %6s %10s\n", "Ftp.bg", "N",
+                "attempted", "present", "lost/100", "files-lost", "files-corrupt", "lock-waits",
+                "take-overs", "repairs", "failed-repair", "stray", "ms/commit");
+    for (bool bTempUpload : {false, true}) {
+        for (int nWorkstations : {2, 4, 8}) {
+            RUN_FIGURES f = RunOnce(nWorkstations, nCommits, bTempUpload);
+            double dLost = f.nAttempted ? 100.0 * (f.nAttempted - f.nPresent) / f.nAttempted : 0;
+            std::printf("%-6s %-3d %9d %8d %9.1f %10d %12d %10d %11d %8d %13d %6d %10.1f\n",
+                        bTempUpload ? "yes" : "no", nWorkstations, f.nAttempted, f.nPresent, dLost,
+                        f.nFilesLost, f.nFilesCorrupt + f.nUnsoundLines, f.nLockWaits, f.nTakeOvers,
+                        f.nRefusedBackups, f.nFailedRepairs, f.nStrayTemps,
+                        f.nAttempted ? 1000.0 * f.dWallSeconds / f.nAttempted : 0.0);
+            std::fflush(stdout);
+        }
     }
     return 0;
 }

@@ -1,6 +1,7 @@
 // qmcad, the reference host: loads the module and runs its command line on an installation.
 #include "ConsoleInput.h"
 #include "ConsoleUi.h"
+#include "HostApplication.h"
 #include "PluginLoader.h"
 #include "demo/DemoInstall.h"
 #include "dwg/DwgCodec.h"
@@ -10,6 +11,7 @@
 #include "suite/SuiteLabelNames.h"
 #include "suite/SuiteMainLib.h"
 
+#include "base/Environment.h"
 #include "base/FileSystem.h"
 #include "base/Format.h"
 #include "base/StrUtil.h"
@@ -65,8 +67,9 @@ bool ParseOptions(int argc, char** argv, OPTIONS& opt) {
             return false;
     }
     if (opt.strModule.empty()) {
-        const char* env = std::getenv("QMCAD_MODULE");
-        opt.strModule = env && *env ? env : QMCAD_DEFAULT_MODULE;
+        opt.strModule = EnvText("QMCAD_MODULE");
+        if (opt.strModule.empty())
+            opt.strModule = QMCAD_DEFAULT_MODULE;
     }
     return true;
 }
@@ -90,7 +93,7 @@ bool LoadSettings(const OPTIONS& opt, CSuiteConfig& config) {
 
 bool HasDisplay() {
     for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY"})
-        if (const char* value = std::getenv(name); value && *value)
+        if (!EnvText(name).empty())
             return true;
     return false;
 }
@@ -98,7 +101,7 @@ bool HasDisplay() {
 // Windows exist in every mode so that dialogs can be driven and tested; without
 // a screen to show them on (or when asked for the console) they live offscreen.
 void ChooseWindowPlatform(const OPTIONS& opt) {
-    if (std::getenv("QT_QPA_PLATFORM"))
+    if (EnvIsSet("QT_QPA_PLATFORM"))
         return; // the user's choice stands
     bool bOffscreen = opt.bConsole || !opt.strScript.empty() || !HasDisplay();
     if (!bOffscreen)
@@ -129,7 +132,7 @@ int main(int argc, char** argv) {
     if (!ParseOptions(argc, argv, opt))
         return Usage();
     ChooseWindowPlatform(opt);
-    QApplication app(argc, argv);
+    CHostApplication app(argc, argv);
     // Drawings are DXF files whatever their names; binary DWG files are converted on reading.
     acdbSetFileCodec(&GetDwgCodec());
     CSuiteConfig config;
@@ -150,6 +153,9 @@ int main(int argc, char** argv) {
     QWidget frame; // the parent of the module's windows; the console shows none of its own
     frame.setWindowTitle(QStringLiteral("qmcad"));
     editor.m_pFrame = &frame;
+    app.m_onEscape = [&ui](const std::wstring& strWhat) {
+        ui.Print(L"; 错误: 窗口事件异常中止（" + strWhat + L"）\n");
+    };
     HOST_SERVICES services = editor.Services();
     services.pInstallPaths = &config;
     CCurlFtpClient ftp;

@@ -1,12 +1,38 @@
 // Demo installation: category trees of the hole and layout libraries with a few items each.
 #include "demo/DemoInstall.h"
 
+#include "base/FileSystem.h"
+#include "base/StrUtil.h"
 #include "base/SysPath.h"
 #include "host/HostUi.h"
 #include "host/db/AcDb.h"
-#include "shared/fileops/FileOps.h"
 
 namespace {
+
+// Makes every missing level of a directory path (backslashes, no final one needed).
+bool MakeDirs(const std::wstring& strDir) {
+    std::wstring strPath = StrTrimRight(strDir, L"\\") + L"\\";
+    for (int n = StrFind(strPath, L'\\', 1); n >= 0; n = StrFind(strPath, L'\\', n + 1)) {
+        std::wstring strLevel = StrLeft(strPath, n);
+        if (!FsIsDirectory(strLevel) && !FsCreateDirectory(strLevel))
+            return false;
+    }
+    return true;
+}
+
+// The drawings under a directory, at any depth.
+size_t CountDrawings(const std::wstring& strDir) {
+    std::vector<FS_FIND_DATA> found;
+    FsFind(StrTrimRight(strDir, L"\\") + L"\\*.*", found);
+    size_t nCount = 0;
+    for (const FS_FIND_DATA& entry : found) {
+        if (!entry.bDirectory)
+            nCount += EqualsNoCase(StrRight(entry.strName, 4), L".dwg") ? 1 : 0;
+        else if (entry.strName != L"." && entry.strName != L"..")
+            nCount += CountDrawings(StrTrimRight(strDir, L"\\") + L"\\" + entry.strName);
+    }
+    return nCount;
+}
 
 // A cutout or a panel face: a circle of diameter dW, or a rectangle dW by dH
 // with rounded ends when bSlot is set, drawn centred on the origin.
@@ -70,10 +96,10 @@ bool WriteItemDrawing(const std::wstring& strPath, const DEMO_ITEM& item) {
 
 bool MakeItems(const std::wstring& strRoot, const DEMO_ITEM* items, size_t nCount) {
     for (size_t i = 0; i < nCount; ++i) {
-        std::wstring strPath = JoinPath(strRoot, items[i].pszRelPath);
-        if (!CreateDirPath(GetParentPath(strPath)))
+        std::wstring strPath = strRoot + items[i].pszRelPath;
+        if (!MakeDirs(StrLeft(strPath, StrReverseFind(strPath, L'\\'))))
             return false;
-        if (!IsFileExist(strPath) && !WriteItemDrawing(strPath, items[i]))
+        if (!FsExists(strPath) && !WriteItemDrawing(strPath, items[i]))
             return false;
     }
     return true;
@@ -82,10 +108,10 @@ bool MakeItems(const std::wstring& strRoot, const DEMO_ITEM* items, size_t nCoun
 } // namespace
 
 bool MakeDemoInstall(const std::string& osDir, CSuiteConfig& config) {
-    std::wstring strBase = FromOsPath(osDir);
-    config.m_strCommonRes = JoinPath(strBase, L"common\\");
-    config.m_strLocal = JoinPath(strBase, L"local\\");
-    config.m_strInstall = JoinPath(strBase, L"");
+    std::wstring strBase = StrTrimRight(FromOsPath(osDir), L"\\") + L"\\";
+    config.m_strCommonRes = strBase + L"common\\";
+    config.m_strLocal = strBase + L"local\\";
+    config.m_strInstall = strBase;
     config.m_nInstallStyle = 0;
     config.m_nFtpLogin = 0;
     config.m_strVersion = L"2026.1";
@@ -94,16 +120,15 @@ bool MakeDemoInstall(const std::string& osDir, CSuiteConfig& config) {
                              L"local\\InstallHole",  L"local\\Data",        L"local\\LocalData",
                              L"local\\Temp"};
     for (const wchar_t* dir : dirs)
-        if (!CreateDirPath(JoinPath(strBase, dir)))
+        if (!MakeDirs(strBase + dir))
             return false;
     return MakeItems(config.m_strCommonRes + L"InstallHole\\", kHoleItems, std::size(kHoleItems)) &&
            MakeItems(config.m_strLocal + L"LaySketch\\", kLayoutItems, std::size(kLayoutItems));
 }
 
 void PrintDemoSummary(CSuiteConfig& config) {
-    CStringArray holes, layouts;
-    CollectFiles(config.CommonResInstallPath() + L"InstallHole", L"dwg", holes, true);
-    CollectFiles(config.LocalInstallPath() + L"LaySketch", L"dwg", layouts, true);
-    acutPrintf(L"开孔图库 %sInstallHole\\: %d 项\n", config.CommonResInstallPath(), holes.size());
-    acutPrintf(L"屏面布置图库 %sLaySketch\\: %d 项\n", config.LocalInstallPath(), layouts.size());
+    size_t nHoles = CountDrawings(config.CommonResInstallPath() + L"InstallHole");
+    size_t nLayouts = CountDrawings(config.LocalInstallPath() + L"LaySketch");
+    acutPrintf(L"开孔图库 %sInstallHole\\: %d 项\n", config.CommonResInstallPath(), nHoles);
+    acutPrintf(L"屏面布置图库 %sLaySketch\\: %d 项\n", config.LocalInstallPath(), nLayouts);
 }

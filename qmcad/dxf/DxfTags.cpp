@@ -1,10 +1,11 @@
 // Tag reading and writing, number formats and code-page conversion for DXF files.
 #include "dxf/DxfTags.h"
 
+#include "base/CodePage.h"
+
 #include <charconv>
 #include <cstdio>
 #include <cstring>
-#include <iconv.h>
 
 bool CDxfTagReader::ReadLine(std::string_view& line) {
     if (m_pos >= m_data.size())
@@ -69,32 +70,14 @@ uint64_t DxfHandle(std::string_view v) {
     return ec == std::errc() && p == v.data() + v.size() ? n : 0;
 }
 
-struct CDxfText::CONV {
-    iconv_t to = reinterpret_cast<iconv_t>(-1);   // wide -> file
-    iconv_t from = reinterpret_cast<iconv_t>(-1); // file -> wide
-    ~CONV() { Close(); }
-    void Close() {
-        if (to != reinterpret_cast<iconv_t>(-1))
-            iconv_close(to);
-        if (from != reinterpret_cast<iconv_t>(-1))
-            iconv_close(from);
-        to = from = reinterpret_cast<iconv_t>(-1);
-    }
-    void Open(const char* cp) {
-        Close();
-        to = iconv_open(cp, "WCHAR_T");
-        from = iconv_open("WCHAR_T", cp);
-    }
-};
-
-CDxfText::CDxfText() : m_pConv(std::make_unique<CONV>()) {
+CDxfText::CDxfText() {
     SetUtf8();
 }
 
 CDxfText::~CDxfText() = default;
 
 void CDxfText::SetUtf8() {
-    m_pConv->Open("UTF-8");
+    m_strCodePage = "UTF-8";
 }
 
 void CDxfText::SetCodePage(const std::wstring& s) {
@@ -106,9 +89,7 @@ void CDxfText::SetCodePage(const std::wstring& s) {
         cp = "GBK";
     else if (!cp.empty())
         cp = "CP" + cp;
-    m_pConv->Open(cp.empty() ? "UTF-8" : cp.c_str());
-    if (m_pConv->from == reinterpret_cast<iconv_t>(-1))
-        SetUtf8();
+    m_strCodePage = cp.empty() || !IsKnownCodePage(cp) ? "UTF-8" : cp;
 }
 
 namespace {
@@ -158,31 +139,10 @@ std::wstring CDxfText::Decode(std::string_view bytes) {
             bAscii = false;
             break;
         }
-    if (bAscii) {
+    if (bAscii)
         out.assign(bytes.begin(), bytes.end());
-    } else {
-        iconv(m_pConv->from, nullptr, nullptr, nullptr, nullptr);
-        out.resize(bytes.size());
-        const char* in = bytes.data();
-        size_t nIn = bytes.size();
-        char* o = reinterpret_cast<char*>(out.data());
-        size_t nOut = out.size() * sizeof(wchar_t);
-        while (nIn > 0) {
-            if (iconv(m_pConv->from, const_cast<char**>(&in), &nIn, &o, &nOut) !=
-                static_cast<size_t>(-1))
-                break;
-            if (nOut < sizeof(wchar_t))
-                break;
-            // An invalid byte becomes U+FFFD and decoding goes on.
-            wchar_t bad = 0xFFFD;
-            std::memcpy(o, &bad, sizeof bad);
-            o += sizeof bad;
-            nOut -= sizeof bad;
-            ++in;
-            --nIn;
-        }
-        out.resize(out.size() - nOut / sizeof(wchar_t));
-    }
+    else
+        out = DecodeTextIn(m_strCodePage, bytes); // an invalid byte becomes U+FFFD
     UnescapeUnicode(out);
     return out;
 }
@@ -198,20 +158,15 @@ void CDxfText::Encode(std::wstring_view text, std::string& out) {
             out.push_back(' ');
             continue;
         }
-        char buf[16];
-        const char* in = reinterpret_cast<const char*>(&text[i]);
-        size_t nIn = sizeof(wchar_t), nOut = sizeof buf;
-        char* o = buf;
-        iconv(m_pConv->to, nullptr, nullptr, nullptr, nullptr);
-        if (iconv(m_pConv->to, const_cast<char**>(&in), &nIn, &o, &nOut) !=
-            static_cast<size_t>(-1)) {
-            out.append(buf, o);
-        } else if (wc <= 0xFFFF) {
-            std::snprintf(buf, sizeof buf, "\\U+%04X", static_cast<unsigned>(wc));
-            out += buf;
-        } else {
+        if (EncodeCharIn(m_strCodePage, wc, out))
+            continue;
+        if (wc > 0xFFFF) {
             out.push_back('?');
+            continue;
         }
+        char buf[16]; // what the code page cannot hold goes as "\U+XXXX"
+        std::snprintf(buf, sizeof buf, "\\U+%04X", static_cast<unsigned>(wc));
+        out += buf;
     }
 }
 

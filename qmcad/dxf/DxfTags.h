@@ -50,8 +50,7 @@ public:
     void Encode(std::wstring_view text, std::string& out);
 
 private:
-    struct CONV;
-    std::unique_ptr<CONV> m_pConv;
+    std::string m_strCodePage; // an iconv name, through base's converters
 };
 
 // Appends tags to a buffer in the layout AutoCAD writes.

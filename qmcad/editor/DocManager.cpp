@@ -154,8 +154,13 @@ bool CDocManager::RunApplicationContextQueue() {
     auto queue = std::move(m_appQueue);
     m_appQueue.clear();
     EnterApplicationContext();
-    for (auto& [pFunction, pData] : queue)
-        pFunction(pData);
+    for (auto& [pFunction, pData] : queue) {
+        auto call = [pFunction = pFunction, pData = pData] { pFunction(pData); };
+        if (m_runGuarded)
+            m_runGuarded(call);
+        else
+            call();
+    }
     LeaveApplicationContext();
     return true;
 }

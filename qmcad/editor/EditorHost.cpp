@@ -30,6 +30,9 @@ std::vector<std::wstring> SplitWords(const std::wstring& strLine) {
 } // namespace
 
 CEditorHost::CEditorHost(IHostUi& ui) : m_docs(m_vars), m_ui(ui) {
+    m_docs.m_runGuarded = [this](const std::function<void()>& call) {
+        RunGuarded(m_strActive.empty() ? std::wstring(L"(应用程序)") : m_strActive, call);
+    };
     m_vars.DefineComputed(L"CMDNAMES", [this] { return SYSVAR_VALUE::Text(m_strActive); });
     m_vars.DefineComputed(L"DWGTITLED", [this] {
         CHostDocument* pDoc = m_docs.Current();
@@ -128,6 +131,27 @@ void CEditorHost::ExecuteLine(const std::wstring& strLine, bool bEcho) {
     }
 }
 
+// The editor outlives any command: what escapes one ends it with one line,
+// and the command loop goes on with the documents as they are.
+void CEditorHost::RunGuarded(const std::wstring& strName, const std::function<void()>& body) {
+    std::wstring strWhat;
+    try {
+        body();
+        return;
+    } catch (const std::bad_alloc&) {
+        strWhat = L"内存不足";
+    } catch (const std::exception& e) {
+        strWhat = Utf8ToWide(e.what());
+    } catch (...) {
+        strWhat = L"未知异常";
+    }
+    try {
+        Print(Format(L"; 错误: 命令 %s 异常中止（%s）\n", strName, strWhat));
+    } catch (...) {
+        // Nothing is left to tell it with.
+    }
+}
+
 void CEditorHost::RunCommand(const std::wstring& strName) {
     const HOST_COMMAND* pCommand = m_commands.Find(strName);
     if (!pCommand) {
@@ -140,7 +164,7 @@ void CEditorHost::RunCommand(const std::wstring& strName) {
     if (bSession)
         m_docs.EnterApplicationContext();
     auto function = pCommand->function; // the command may unregister itself
-    function();
+    RunGuarded(pCommand->strGlobal, function);
     if (bSession)
         m_docs.LeaveApplicationContext();
     m_strActive = strOuter;

@@ -66,6 +66,7 @@ private:
     void AddNativeCommands();
     bool NextLine(std::wstring& strLine, bool& bEcho);
     void RunCommand(const std::wstring& strName);
+    void RunGuarded(const std::wstring& strName, const std::function<void()>& body);
     void Print(const std::wstring& strText) { m_ui.Print(strText); }
 
     LineSource m_source;

@@ -2,6 +2,8 @@
 #pragma once
 
 #include "host/HostInput.h"
+#include "host/db/DbCore.h"
+#include "host/db/GrReadValue.h"
 
 class CEditorHost;
 

@@ -20,6 +20,7 @@
 #include "ftp/FtpListing.h"
 
 #include "base/CodePage.h"
+#include "base/Environment.h"
 #include "base/FileSystem.h"
 #include "base/StrUtil.h"
 
@@ -34,13 +35,8 @@
 
 namespace {
 
-struct SESSION_SETTINGS {
-    uint32_t nConnectTimeoutMs = 60000;
-    uint32_t nSendTimeoutMs = 30000;
-    uint32_t nReceiveTimeoutMs = 30000;
-    uint32_t nBackoffMs = 0;
-    uint32_t nRetries = 5;
-};
+// A session nobody configured keeps the platform's own values.
+constexpr FTP_SESSION_OPTIONS kPlatformOptions = {60000, 30000, 30000, 0, 5};
 
 struct LOGIN {
     std::string strHost;
@@ -80,7 +76,7 @@ size_t Discard(char*, size_t n, size_t m, void*) {
 
 class CCurlFtpConnection : public IFtpConnection {
 public:
-    CCurlFtpConnection(const SESSION_SETTINGS& settings, std::string cp, LOGIN login)
+    CCurlFtpConnection(const FTP_SESSION_OPTIONS& settings, std::string cp, LOGIN login)
         : m_settings(settings), m_strCodePage(std::move(cp)), m_login(std::move(login)),
           m_pMulti(curl_multi_init()), m_pCurl(curl_easy_init()) {
         std::string strHost = m_login.strHost.find(':') != std::string::npos
@@ -118,6 +114,8 @@ public:
         return Quote({"RMD " + Wire(Absolute(strDir))});
     }
     bool FindFiles(const std::wstring& strPattern, std::vector<FTP_FIND_DATA>& found) override;
+    bool GetFileSize(const std::wstring& strRemote, int64_t& nSize) override;
+    std::wstring GetLocalAddress() override { return Utf8ToWide(m_strLocalAddress); }
 
 private:
     enum class Kind { Control, Transfer };
@@ -140,7 +138,7 @@ private:
 
     static int OnDebug(CURL*, curl_infotype type, char* p, size_t n, void* pSelf);
 
-    SESSION_SETTINGS m_settings;
+    FTP_SESSION_OPTIONS m_settings;
     std::string m_strCodePage;
     LOGIN m_login;
     CURLM* m_pMulti; // holds the control connection between requests
@@ -149,6 +147,7 @@ private:
     std::wstring m_strCwd = L"/";
     std::vector<EXCHANGE> m_exchanges; // of the last request
     std::string m_strLastReply;
+    std::string m_strLocalAddress; // of the control connection, read at login
     char m_szError[CURL_ERROR_SIZE] = {};
 };
 
@@ -277,10 +276,10 @@ bool CCurlFtpConnection::Login(std::wstring& strError) {
         strError = L"FTP client not available";
         return false;
     }
-    uint32_t nAttempts = std::max<uint32_t>(1, m_settings.nRetries);
+    uint32_t nAttempts = std::max<uint32_t>(1, m_settings.nConnectRetries);
     for (uint32_t i = 0; i < nAttempts; ++i) {
         if (i > 0)
-            std::this_thread::sleep_for(std::chrono::milliseconds(m_settings.nBackoffMs));
+            std::this_thread::sleep_for(std::chrono::milliseconds(m_settings.nConnectBackoffMs));
         m_strLastReply.clear();
         Prepare(m_strBaseUrl + "/", Kind::Control);
         curl_easy_setopt(m_pCurl, CURLOPT_NOBODY, 1L);
@@ -290,6 +289,9 @@ bool CCurlFtpConnection::Login(std::wstring& strError) {
             curl_easy_getinfo(m_pCurl, CURLINFO_FTP_ENTRY_PATH, &pszEntry);
             m_strCwd = L"/"; // an entry path that is not absolute counts from the root
             m_strCwd = Absolute(pszEntry ? FromWire(pszEntry) : L"/");
+            char* pszLocal = nullptr;
+            curl_easy_getinfo(m_pCurl, CURLINFO_LOCAL_IP, &pszLocal);
+            m_strLocalAddress = pszLocal ? pszLocal : "";
             return true;
         }
         bool bRefused = rc == CURLE_LOGIN_DENIED;
@@ -433,6 +435,22 @@ bool CCurlFtpConnection::FindFiles(const std::wstring& strPattern,
     return !found.empty();
 }
 
+// SIZE through a request without a body: libcurl asks the server for the size.
+bool CCurlFtpConnection::GetFileSize(const std::wstring& strRemote, int64_t& nSize) {
+    if (!m_pCurl)
+        return false;
+    Prepare(Url(Absolute(strRemote), false), Kind::Control);
+    curl_easy_setopt(m_pCurl, CURLOPT_NOBODY, 1L);
+    if (!Run())
+        return false;
+    curl_off_t nLength = -1;
+    if (curl_easy_getinfo(m_pCurl, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &nLength) != CURLE_OK ||
+        nLength < 0)
+        return false;
+    nSize = static_cast<int64_t>(nLength);
+    return true;
+}
+
 class CCurlFtpSession : public IFtpSession {
 public:
     explicit CCurlFtpSession(std::string cp) : m_strCodePage(std::move(cp)) {}
@@ -443,10 +461,10 @@ public:
             m_settings.nConnectTimeoutMs = nValue;
             return true;
         case INTERNET_OPTION_CONNECT_RETRIES:
-            m_settings.nRetries = nValue;
+            m_settings.nConnectRetries = nValue;
             return true;
         case INTERNET_OPTION_CONNECT_BACKOFF:
-            m_settings.nBackoffMs = nValue;
+            m_settings.nConnectBackoffMs = nValue;
             return true;
         case INTERNET_OPTION_SEND_TIMEOUT:
             m_settings.nSendTimeoutMs = nValue;
@@ -475,14 +493,14 @@ public:
 
 private:
     std::string m_strCodePage;
-    SESSION_SETTINGS m_settings;
+    FTP_SESSION_OPTIONS m_settings = kPlatformOptions;
 };
 
 } // namespace
 
 CCurlFtpClient::CCurlFtpClient() {
-    const char* env = std::getenv("QM_FTP_ENCODING");
-    m_strWireCodePage = env && *env ? env : "UTF-8";
+    std::string strEnv = EnvText("QM_FTP_ENCODING");
+    m_strWireCodePage = strEnv.empty() ? "UTF-8" : strEnv;
     static std::once_flag s_once;
     std::call_once(s_once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
 }

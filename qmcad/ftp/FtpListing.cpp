@@ -1,6 +1,8 @@
 // Parsing of the servers' LIST output and the name patterns of a remote search.
 #include "ftp/FtpListing.h"
 
+#include "base/FileSystem.h"
+
 #include <cctype>
 #include <cstdlib>
 #include <vector>
@@ -62,25 +64,13 @@ bool ParseDosLine(std::string_view line, FTP_LIST_ENTRY& entry) {
     return true;
 }
 
-bool MatchGlob(std::wstring_view p, std::wstring_view s) {
-    size_t i = 0, j = 0, nStar = std::wstring_view::npos, nMark = 0;
-    while (j < s.size()) {
-        if (i < p.size() && (p[i] == L'?' || p[i] == s[j])) {
-            ++i;
-            ++j;
-        } else if (i < p.size() && p[i] == L'*') {
-            nStar = i++;
-            nMark = j;
-        } else if (nStar != std::wstring_view::npos) {
-            i = nStar + 1;
-            j = ++nMark;
-        } else {
-            return false;
-        }
-    }
-    while (i < p.size() && p[i] == L'*')
-        ++i;
-    return i == p.size();
+// NUL and control bytes come only from a broken or hostile server; such a
+// name could never be asked for again, so the line names no entry.
+bool HasControlByte(std::string_view strName) {
+    for (char ch : strName)
+        if (static_cast<unsigned char>(ch) < 0x20 || ch == '\x7f')
+            return true;
+    return false;
 }
 
 } // namespace
@@ -92,11 +82,9 @@ bool ParseListLine(std::string_view line, FTP_LIST_ENTRY& entry) {
         return false;
     bool bOk = std::isdigit(static_cast<unsigned char>(line[0])) ? ParseDosLine(line, entry)
                                                                  : ParseUnixLine(line, entry);
-    return bOk && entry.strName != "." && entry.strName != "..";
+    return bOk && entry.strName != "." && entry.strName != ".." && !HasControlByte(entry.strName);
 }
 
 bool MatchRemotePattern(std::wstring_view strPattern, std::wstring_view strName) {
-    if (strPattern == L"*.*")
-        return true;
-    return MatchGlob(strPattern, strName);
+    return FsMatchWildcard(strPattern, strName, true);
 }

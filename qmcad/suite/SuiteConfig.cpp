@@ -1,18 +1,18 @@
 // Install paths of the suite from the reference host's settings file.
 #include "suite/SuiteConfig.h"
 
+#include "base/Environment.h"
 #include "base/FileSystem.h"
 #include "base/StrUtil.h"
 #include "base/SysPath.h"
 
-#include <cstdlib>
 #include <sstream>
 
 std::string CSuiteConfig::DefaultConfigFile() {
-    if (const char* env = std::getenv("QMCAD_SUITE_CONFIG"); env && *env)
-        return env;
-    const char* home = std::getenv("HOME");
-    return std::string(home && *home ? home : "/tmp") + "/.config/quillmarch/suite.conf";
+    if (std::string strEnv = EnvText("QMCAD_SUITE_CONFIG"); !strEnv.empty())
+        return strEnv;
+    std::string strHome = EnvText("HOME");
+    return (strHome.empty() ? std::string("/tmp") : strHome) + "/.config/quillmarch/suite.conf";
 }
 
 bool CSuiteConfig::Load(const std::string& osConfigFile) {

@@ -2,8 +2,6 @@
 // install tree.
 #include "suite/SuiteLabelNames.h"
 
-#include "shared/fileops/FileOps.h"
-
 #include "base/FileSystem.h"
 #include "base/Format.h"
 #include "base/StrUtil.h"
@@ -27,7 +25,7 @@ CZhuangZhiDzNameArray CSuiteLabelNames::DefaultTerminals() {
 bool CSuiteLabelNames::ReadNameFile(const std::wstring& strPath, CZhuangZhiDzNameArray& table) {
     table.clear();
     CStringArray lines; // trimmed, blank lines left out
-    if (!ReadLines(strPath, lines, false))
+    if (!ReadTextFileLines(strPath, lines, false))
         return false;
     for (const std::wstring& strLine : lines) {
         if (strLine[0] == L'#')

@@ -68,6 +68,20 @@ private:
     static AcRx::AppRetCode Ok(void*) { return AcRx::kRetOK; }
 };
 
+// The serial of the command running now: a new number at the start of every
+// command of the table (nested ones too), 0 between commands. A cache of
+// files may check its files at most once per serial: an edited file then
+// applies from the next command on.
+unsigned long CurrentCommandSerial();
+
+// Runs a command body under a new serial. An exception that leaves the body
+// ends the command with one line on the command line; it never reaches the host.
+void RunCommandBody(const wchar_t* pszName, AcRxFunctionPtr pBody);
+
+// The most rows a command table may have: each row gets its own entry
+// function that runs the row's body through RunCommandBody.
+inline constexpr int kMaxArxCommands = 64;
+
 // Owns the command table and registers it on the host's command stack.
 class AcRxArxApp : public AcRxDbxApp {
 public:

@@ -7,6 +7,7 @@
 #include <iconv.h>
 #include <memory>
 #include <mutex>
+#include <vector>
 
 namespace {
 
@@ -49,14 +50,21 @@ struct CONVERTERS {
     std::unique_ptr<CConverter> pDecode;
 };
 
+// A few code pages are in use at once (the workstation's, a drawing's, an
+// FTP server's): each keeps its converters instead of reopening them by turns.
 CONVERTERS& ConvertersFor(const std::string& cp) {
-    thread_local CONVERTERS conv;
-    if (conv.strCodePage != cp || !conv.pEncode) {
-        conv.strCodePage = cp;
-        conv.pEncode = std::make_unique<CConverter>(cp.c_str(), "WCHAR_T");
-        conv.pDecode = std::make_unique<CConverter>("WCHAR_T", cp.c_str());
-    }
-    return conv;
+    thread_local std::vector<CONVERTERS> s_open;
+    for (CONVERTERS& conv : s_open)
+        if (conv.strCodePage == cp)
+            return conv;
+    if (s_open.size() >= 8)
+        s_open.erase(s_open.begin());
+    CONVERTERS conv;
+    conv.strCodePage = cp;
+    conv.pEncode = std::make_unique<CConverter>(cp.c_str(), "WCHAR_T");
+    conv.pDecode = std::make_unique<CConverter>("WCHAR_T", cp.c_str());
+    s_open.push_back(std::move(conv));
+    return s_open.back();
 }
 
 } // namespace
@@ -101,6 +109,26 @@ std::string EncodeTextIn(const std::string& strCodePage, std::wstring_view text)
         out.append(buf, static_cast<size_t>(pOut - buf));
     }
     return out;
+}
+
+bool IsKnownCodePage(const std::string& strCodePage) {
+    return ConvertersFor(strCodePage).pDecode->IsOpen();
+}
+
+bool EncodeCharIn(const std::string& strCodePage, wchar_t wc, std::string& out) {
+    CConverter& conv = *ConvertersFor(strCodePage).pEncode;
+    if (!conv.IsOpen())
+        return false;
+    conv.Reset();
+    char buf[16];
+    const char* in = reinterpret_cast<const char*>(&wc);
+    size_t nIn = sizeof wc;
+    char* pOut = buf;
+    size_t nOut = sizeof buf;
+    if (conv.Run(in, nIn, pOut, nOut) == static_cast<size_t>(-1))
+        return false;
+    out.append(buf, static_cast<size_t>(pOut - buf));
+    return true;
 }
 
 std::wstring DecodeTextIn(const std::string& strCodePage, std::string_view bytes) {

@@ -22,3 +22,9 @@ std::wstring DecodeText(std::string_view bytes);
 // for one), with the same rules for what cannot be converted.
 std::string EncodeTextIn(const std::string& strCodePage, std::wstring_view text);
 std::wstring DecodeTextIn(const std::string& strCodePage, std::string_view bytes);
+
+// Whether iconv knows the code page.
+bool IsKnownCodePage(const std::string& strCodePage);
+// Appends the character in the code page; false, with nothing appended, when
+// the code page cannot hold it (the caller chooses its own stand-in).
+bool EncodeCharIn(const std::string& strCodePage, wchar_t wc, std::string& out);

@@ -43,10 +43,13 @@ FS_FIND_DATA MakeFindData(const std::wstring& strName, const struct stat& st) {
 }
 
 // "*" and "?" with backtracking; a trailing ".*" may match nothing.
-bool MatchFrom(std::wstring_view p, std::wstring_view n) {
+bool MatchFrom(std::wstring_view p, std::wstring_view n, bool bMatchCase) {
+    auto same = [bMatchCase](wchar_t a, wchar_t b) {
+        return bMatchCase ? a == b : FoldLower(a) == FoldLower(b);
+    };
     size_t pi = 0, ni = 0, starP = std::wstring_view::npos, starN = 0;
     while (ni < n.size()) {
-        if (pi < p.size() && (p[pi] == L'?' || FoldLower(p[pi]) == FoldLower(n[ni]))) {
+        if (pi < p.size() && (p[pi] == L'?' || same(p[pi], n[ni]))) {
             ++pi;
             ++ni;
         } else if (pi < p.size() && p[pi] == L'*') {
@@ -90,8 +93,8 @@ bool CopyBytes(int in, int out) {
 
 } // namespace
 
-bool FsMatchWildcard(std::wstring_view strPattern, std::wstring_view strName) {
-    return MatchFrom(strPattern, strName);
+bool FsMatchWildcard(std::wstring_view strPattern, std::wstring_view strName, bool bMatchCase) {
+    return MatchFrom(strPattern, strName, bMatchCase);
 }
 
 bool FsFind(const std::wstring& strPattern, std::vector<FS_FIND_DATA>& found) {

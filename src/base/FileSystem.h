@@ -17,9 +17,10 @@ struct FS_FIND_DATA {
 };
 
 // Matches a name against a pattern with "*" and "?", without regard to
-// case (ASCII), in the platform's manner: a final ".*" also matches a name
-// without an extension, so "*.*" matches every name.
-bool FsMatchWildcard(std::wstring_view strPattern, std::wstring_view strName);
+// case (ASCII) unless asked, in the platform's manner: a final ".*" also
+// matches a name without an extension, so "*.*" matches every name.
+bool FsMatchWildcard(std::wstring_view strPattern, std::wstring_view strName,
+                     bool bMatchCase = false);
 
 // Searches the directory part of the pattern for names matching its last
 // element. A pattern ending in a backslash finds nothing; a directory

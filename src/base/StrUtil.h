@@ -5,6 +5,10 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
+
+// The array of strings every layer passes around (MFC's CStringArray).
+using CStringArray = std::vector<std::wstring>;
 
 // _wcsicmp: <0, 0 or >0 after folding ASCII upper case to lower case.
 int CompareNoCase(std::wstring_view a, std::wstring_view b);

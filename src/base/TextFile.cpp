@@ -63,3 +63,17 @@ bool CTextFile::WriteString(const std::wstring& strText) {
         return false;
     return std::fflush(m_pFile) == 0;
 }
+
+bool ReadTextFileLines(const std::wstring& strPath, CStringArray& lines, bool bKeepBlank) {
+    lines.clear();
+    CTextFile file;
+    if (!file.Open(strPath, CTextFile::modeRead))
+        return false;
+    std::wstring strLine;
+    while (file.ReadString(strLine)) {
+        strLine = StrTrim(strLine);
+        if (!strLine.empty() || bKeepBlank)
+            lines.push_back(strLine);
+    }
+    return true;
+}

@@ -1,6 +1,8 @@
 // A text-mode string file: code-page bytes on disk, CR LF for "\n", read line by line.
 #pragma once
 
+#include "base/StrUtil.h"
+
 #include <cstdio>
 #include <string>
 
@@ -37,3 +39,7 @@ private:
     std::string m_bytes; // the whole file while reading: the files are small
     size_t m_nPos = 0;
 };
+
+// The lines of a text file, each trimmed; blank ones kept only when asked.
+// False when the file cannot be opened.
+bool ReadTextFileLines(const std::wstring& strPath, CStringArray& lines, bool bKeepBlank);

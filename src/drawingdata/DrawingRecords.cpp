@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cwchar>
+#include <optional>
 
 namespace {
 
@@ -116,11 +117,12 @@ int NextPartRecordNumber(AcDbDatabase* pDb) {
         return 1;
     if (numbers.size() == 1)
         return numbers[0] == 1 ? 2 : 1;
-    long nGap = 0;
+    // A gap may sit at 0 (records -1 and 1), so "found" is its own flag.
+    std::optional<long> gap;
     for (size_t i = 0; i + 1 < numbers.size(); ++i)
         if (numbers[i + 1] - numbers[i] > 1)
-            nGap = numbers[i] + 1; // the last gap found wins
-    return static_cast<int>(nGap ? nGap : numbers.back() + 1);
+            gap = numbers[i] + 1; // the last gap found wins
+    return static_cast<int>(gap.value_or(numbers.back() + 1));
 }
 
 bool IsDotEntity(const AcDbEntity* pEnt) {

@@ -1,6 +1,7 @@
 // Cutting one label into device, separator and terminal, by the suite's name tables.
 #include "drawingdata/LabelSplit.h"
 
+#include "app/ArxApp.h"
 #include "base/FileSystem.h"
 #include "base/Format.h"
 #include "base/StrUtil.h"
@@ -287,8 +288,11 @@ int SplitLabelWithTables(const std::wstring& label, const CZhuangZhiDzNameArray&
 namespace {
 
 // The suite's tables and the extra settings, kept while their stamps hold.
+// Within one command the stamps are looked at once: a command splits
+// thousands of labels, and an edited file applies from the next command on.
 struct LABEL_NAME_CACHE {
     bool bLoaded = false;
+    unsigned long nCheckedInCommand = 0; // the command serial of the last look
     const void* pHost = nullptr;
     std::wstring strHostStamp;
     std::wstring strExtraStamp;
@@ -307,6 +311,11 @@ std::wstring FileStamp(const std::wstring& strPath) {
 const LABEL_NAME_CACHE& CurrentLabelNames() {
     static LABEL_NAME_CACHE cache;
     const void* pHost = GetHostServices().pLabelNames;
+    unsigned long nCommand = CurrentCommandSerial();
+    if (cache.bLoaded && cache.pHost == pHost && nCommand != 0 &&
+        cache.nCheckedInCommand == nCommand)
+        return cache;
+    cache.nCheckedInCommand = nCommand;
     std::wstring strHostStamp = TzDll_GetZhuangZhiAndDzNameStamp();
     std::wstring strExtraPath = GetExtraAddDzSettingsPath();
     std::wstring strExtraStamp = FileStamp(strExtraPath);

@@ -15,6 +15,16 @@ enum : int {
     INTERNET_OPTION_RECEIVE_TIMEOUT = 6, // ms to wait for the server
 };
 
+// The values of those options. The defaults are the working values the
+// site's client sets; tests shorten them so that a dead server costs little.
+struct FTP_SESSION_OPTIONS {
+    uint32_t nConnectTimeoutMs = 6000;
+    uint32_t nSendTimeoutMs = 6000;
+    uint32_t nReceiveTimeoutMs = 6000;
+    uint32_t nConnectBackoffMs = 500;
+    uint32_t nConnectRetries = 5;
+};
+
 // Attribute bits of a listed entry, with the platform's values.
 enum : uint32_t {
     FILE_ATTRIBUTE_READONLY = 0x01,
@@ -59,6 +69,13 @@ public:
     // One call serves both the search object and the raw find-first /
     // find-next walk: the caller steps through the entries.
     virtual bool FindFiles(const std::wstring& strPattern, std::vector<FTP_FIND_DATA>& found) = 0;
+    // The size the server gives for a file (SIZE); false when it gives none.
+    virtual bool GetFileSize(const std::wstring& /*strRemote*/, int64_t& /*nSize*/) {
+        return false;
+    }
+    // This end's address of the control connection, as the server sees it
+    // ("192.168.1.20"); empty when unknown.
+    virtual std::wstring GetLocalAddress() { return {}; }
 };
 
 // A session: options, then connections made with them.

@@ -3,17 +3,19 @@
 #pragma once
 
 #include "host/ResultCodes.h"
-#include "host/db/AcGe.h"
-#include "host/db/DbCore.h"
 
 #include <functional>
 #include <string>
+#include <vector>
 
-// One event of acedGrRead: type 2 a key (nKey), 3 a picked point, 5 a tracked point.
-struct GRREAD_VALUE {
-    AcGePoint3d pt;
-    int nKey = 0;
-};
+// The drawing database's value types, which the contract only passes on; the
+// callers include them from host/db (the contract never does).
+struct AcGePoint3d;
+class AcGeMatrix3d;
+class AcDbObjectId;
+using AcDbObjectIdArray = std::vector<AcDbObjectId>;
+// One event of acedGrRead, defined beside the point type (host/db/GrReadValue.h).
+struct GRREAD_VALUE;
 
 // Called while dragging with the cursor point; fills the transform of the
 // dragged objects and answers false to leave them where they are.

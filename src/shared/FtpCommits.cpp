@@ -10,6 +10,7 @@
 namespace {
 
 constexpr const wchar_t* kServerFile = L"Server.xml";
+constexpr const wchar_t* kNoConnectionText = L"\n网络无连接,请检查网络连接后再重试!";
 
 bool IsTreeUploadExt(const std::wstring& strName) {
     std::wstring strExt = GetFileExt(strName);
@@ -24,16 +25,28 @@ std::wstring RemoteChild(const std::wstring& strDir, const std::wstring& strName
 
 } // namespace
 
+bool CMyFtpConnection::StopForConnection() {
+    QmMessageBox(kNoConnectionText, MB_ICONSTOP);
+    return false;
+}
+
 // The lock stays behind whenever a step before the upload fails: the next
 // client waits it out and breaks it.
 bool CMyFtpConnection::RewriteVersionFile(const CStringArray& arrPaths,
                                           const CStringArray& arrOprts) {
     std::wstring strLocal = TempFtpPath(kServerFile);
     LockServerFile();
-    if (RemoteFileExists(kServerFile)) {
+    RemoveStaleTempUploads(arrPaths);
+    // A version file that could not be fetched must not be rebuilt from
+    // nothing: that upload would drop every record on the site.
+    bool bExists = RemoteFileExists(kServerFile);
+    if (!IsConnected())
+        return StopForConnection();
+    if (bExists) {
         PlainRename(kServerFile, L"Server_Tmp.xml");
         PlainRename(L"Server_Tmp.xml", kServerFile);
-        DownloadFile(kServerFile, strLocal);
+        if (!DownloadFile(kServerFile, strLocal))
+            return StopForConnection();
         BackupServerFile(strLocal);
     } else {
         FsDeleteFile(strLocal);
@@ -52,10 +65,8 @@ bool CMyFtpConnection::RewriteVersionFile(const CStringArray& arrPaths,
 }
 
 bool CMyFtpConnection::CommitFile(const std::wstring& strLocal, const std::wstring& strRemote) {
-    if (!EnsureConnected()) {
-        QmMessageBox(L"\n网络无连接,请检查网络连接后再重试!", MB_ICONSTOP);
-        return false;
-    }
+    if (!EnsureConnected())
+        return StopForConnection();
     CWaitCursor wait;
     bool bInStep = !CheckServerVersion();
     std::wstring strTarget = strRemote;

@@ -64,29 +64,55 @@ std::wstring CMyFtpConnection::ReadRemoteLock(const std::wstring& strLock,
 
 // Polls a foreign holder six times and then takes the lock from it, alive or
 // not: no step here is atomic, and the backup check of the rewrite catches
-// the double take that this leaves possible.
+// the double take that this leaves possible. The lock just written is read
+// back: when another workstation's id stands there, that one took it in the
+// same instant, and it is waited for like any holder (within the same six
+// polls), which narrows the double take to the instant of the read-back.
 void CMyFtpConnection::LockServerFile() {
     std::wstring strScratch = TempFtpPath(kServerLock);
     FsDeleteFile(strScratch);
-    if (PlainGet(kServerLock, strScratch)) {
-        for (int nWaits = 0;;) {
-            std::wstring strHolder = ReadAndDelete(strScratch);
-            if (EqualsNoCase(strHolder, GetLocalIP())) {
-                PlainRemove(kServerLock);
-                break;
+    int nWaits = 0;
+    for (int nTakes = 0; nTakes <= kLockPolls; ++nTakes) {
+        if (PlainGet(kServerLock, strScratch)) {
+            for (;;) {
+                std::wstring strHolder = ReadAndDelete(strScratch);
+                if (EqualsNoCase(strHolder, GetLocalIP())) {
+                    PlainRemove(kServerLock);
+                    break;
+                }
+                FtpSleep(kLockPollMs);
+                if (++nWaits > kLockPolls) {
+                    PlainRemove(kServerLock);
+                    break;
+                }
+                if (!PlainGet(kServerLock, strScratch))
+                    break;
             }
-            FtpSleep(kLockPollMs);
-            if (++nWaits > kLockPolls) {
-                PlainRemove(kServerLock);
-                break;
-            }
-            if (!PlainGet(kServerLock, strScratch))
-                break;
         }
+        UploadServerLock();
+        if (nWaits > kLockPolls || !PlainGet(kServerLock, strScratch))
+            return; // taken over, or nothing to read back: the flow goes on as it always has
+        std::wstring strHolder = ReadAndDelete(strScratch);
+        if (strHolder.empty() || EqualsNoCase(strHolder, GetLocalIP()))
+            return;
+        FtpSleep(kLockPollMs); // another took it in the same instant
+        if (++nWaits > kLockPolls)
+            return;
     }
+}
+
+// With the marker the lock goes up through the temporary name and is renamed
+// without removing what stands there: a rename onto a lock another
+// workstation just wrote fails instead of wiping it out.
+void CMyFtpConnection::UploadServerLock() {
     std::wstring strLocal = TempFtpPath(kLocalIdFile);
     WriteTextFile(strLocal, GetLocalIP());
-    PlainPutToSite(strLocal, kServerLock);
+    if (!m_bTempUpload || !m_pConnection) {
+        PlainPutToSite(strLocal, kServerLock);
+    } else if (PutWhole(*m_pConnection, strLocal, TempUploadName()) &&
+               !PlainRename(TempUploadName(), kServerLock)) {
+        PlainRemove(TempUploadName());
+    }
     FsDeleteFile(strLocal);
 }
 

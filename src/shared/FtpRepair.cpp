@@ -6,6 +6,7 @@
 #include "base/Format.h"
 #include "host/HostUi.h"
 
+#include <algorithm>
 #include <exception>
 
 namespace {
@@ -19,12 +20,29 @@ CStringArray LinesOf(const std::wstring& strPath) {
     return lines;
 }
 
+// Rewrites the file without its unsound records; the header stays.
+bool DropUnsoundLines(const std::wstring& strPath, CStringArray& lines) {
+    CStringArray kept;
+    for (size_t i = 0; i < lines.size(); ++i)
+        if (i == 0 || IsSoundVersionLine(lines[i], false))
+            kept.push_back(lines[i]);
+    if (!WriteLines(strPath, kept))
+        return false;
+    lines = kept;
+    return true;
+}
+
 } // namespace
 
 // A backup with more lines than the current file is taken as the better one
-// and kept; that refusal is worth a line in the journal.
+// and kept, and so is any backup when the current file has a line cut short;
+// that refusal is worth a line in the journal.
 void CMyFtpConnection::BackupServerFile(const std::wstring& strLocal) {
     CStringArray current = LinesOf(strLocal);
+    if (CountUnsoundVersionLines(current) > 0) {
+        WriteOperateLog(L"备份Server.xml文件时出错！");
+        return;
+    }
     std::wstring strCopy = TempFtpPath(kBackupFile);
     FsDeleteFile(strCopy);
     PlainGet(kBackupFile, strCopy);
@@ -40,7 +58,9 @@ void CMyFtpConnection::BackupServerFile(const std::wstring& strLocal) {
 }
 
 // The record count of "Server.xml" may only grow: a rewrite shorter than the
-// backup has lost records, and the backup with the new records takes its place.
+// backup, or one with a line cut short, has lost records, and the backup with
+// the new records takes its place. Lines the backup itself holds cut short are
+// dropped then, since no reader could use them.
 bool CMyFtpConnection::VerifyServerFile(const std::wstring& strLocal, const CStringArray& arrPaths,
                                         const CStringArray& arrOprts) {
     std::wstring strCopy = TempFtpPath(kBackupFile);
@@ -48,7 +68,7 @@ bool CMyFtpConnection::VerifyServerFile(const std::wstring& strLocal, const CStr
     PlainGet(kBackupFile, strCopy);
     CStringArray current = LinesOf(strLocal);
     CStringArray backup = LinesOf(strCopy);
-    if (backup.size() <= current.size()) {
+    if (backup.size() <= current.size() && CountUnsoundVersionLines(current) == 0) {
         if (current.size() == 1)
             WriteOperateLog(Format(L"%s,更新Server.xml文件仅有一条数据！", current[0]));
         else if (current.empty())
@@ -62,6 +82,9 @@ bool CMyFtpConnection::VerifyServerFile(const std::wstring& strLocal, const CStr
         FsCopyFile(strCopy, strLocal, false);
         COperateVersionFile(strLocal).UpdateRecords(arrPaths, arrOprts);
         current = LinesOf(strLocal);
+        size_t nBad = CountUnsoundVersionLines(current);
+        if (nBad > 0 && DropUnsoundLines(strLocal, current))
+            backup.resize(backup.size() - std::min(nBad, backup.size()));
     }
     if (current.size() < backup.size()) {
         std::wstring strText = L"利用备份数据更新Server.xml仍然出错！";

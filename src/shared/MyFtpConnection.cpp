@@ -5,6 +5,7 @@
 #include "shared/FtpLoginInfo.h"
 
 #include "base/CodePage.h"
+#include "base/Environment.h"
 #include "base/FileSystem.h"
 #include "base/Format.h"
 #include "base/Network.h"
@@ -12,7 +13,7 @@
 #include "host/HostUi.h"
 #include "host/SuiteInstallPaths.h"
 
-#include <cstdlib>
+#include <algorithm>
 #include <cwchar>
 
 CMyFtpConnection::CMyFtpConnection()
@@ -66,6 +67,7 @@ bool CMyFtpConnection::Connect() {
             MB_ICONSTOP);
         return false;
     }
+    OfferHostAddress(m_pConnection->GetLocalAddress());
     return true;
 }
 
@@ -107,39 +109,87 @@ bool CMyFtpConnection::DownloadFile(std::wstring strRemote, std::wstring strLoca
         [&](IFtpConnection& connection) { return connection.GetFile(strRemote, strLocal); });
 }
 
-// Both odd sequences of a failed first attempt are kept as the clients have
-// always behaved: a retry after a reconnect puts "#.txt" into the site
-// directory, and an upload that starts unconnected finishes the previous
-// upload's rename with the members as that one left them.
+// The transfer goes by path, never by a change of directory, so that the
+// retry after a reconnect lands where the first attempt aimed. With the
+// marker the target is replaced only by a temporary file that arrived whole.
 bool CMyFtpConnection::UploadFile(std::wstring strLocal, std::wstring& strRemote) {
     strLocal = StrTrim(strLocal);
     strRemote = StrTrim(strRemote);
-    if (m_pConnection && m_bTempUpload) {
+    std::wstring strTransfer = strRemote;
+    if (m_bTempUpload) {
         m_strTempTarget = strRemote;
         m_strTempDir = StrLeft(strRemote, StrReverseFind(strRemote, L'\\'));
-        if (!m_strTempDir.empty()) {
-            m_strTempName = Format(L"%s\\#.txt", m_strTempDir);
-            m_pConnection->SetCurrentDirectory(m_strTempDir + L"\\");
-        } else {
-            m_strTempName = L"#.txt";
-        }
-        strRemote = L"#.txt";
+        m_strTempName =
+            m_strTempDir.empty() ? TempUploadName() : JoinPath(m_strTempDir, TempUploadName());
+        strTransfer = m_strTempName;
     }
     bool bOk = WithOneRetry(
-        [&](IFtpConnection& connection) { return connection.PutFile(strLocal, strRemote); });
+        [&](IFtpConnection& connection) { return PutWhole(connection, strLocal, strTransfer); });
+    if (bOk && m_bTempUpload) {
+        bOk = WithOneRetry([&](IFtpConnection& connection) {
+            connection.Remove(strRemote);
+            return connection.Rename(strTransfer, strRemote);
+        });
+    }
     if (!bOk) {
         QmMessageBox(Format(L"文件 %s 上传失败，请确认是否被其它客户端用户调用！", strRemote),
                      MB_ICONEXCLAMATION);
         return false;
     }
-    if (m_bTempUpload) {
-        if (!m_strTempDir.empty())
-            ReturnToSite();
-        m_pConnection->Remove(m_strTempTarget);
-        m_pConnection->Rename(m_strTempName, m_strTempTarget);
-        strRemote = m_strTempTarget;
-    }
     return true;
+}
+
+std::wstring CMyFtpConnection::TempUploadName() {
+    std::wstring strName = L"#";
+    for (wchar_t ch : GetLocalIP()) {
+        bool bSafe = (ch >= L'0' && ch <= L'9') || (ch >= L'A' && ch <= L'Z') ||
+                     (ch >= L'a' && ch <= L'z') || StrFind(L".()-_", ch) >= 0;
+        strName += bSafe ? ch : L'_';
+    }
+    return strName + L".txt";
+}
+
+bool CMyFtpConnection::RemoteSizeMatches(IFtpConnection& connection, const std::wstring& strLocal,
+                                         const std::wstring& strRemote) {
+    FS_FIND_DATA local;
+    if (!FsGetInfo(strLocal, local))
+        return false;
+    int64_t nRemote = -1;
+    if (!connection.GetFileSize(strRemote, nRemote)) {
+        std::vector<FTP_FIND_DATA> found;
+        if (!connection.FindFiles(strRemote, found) || found.size() != 1)
+            return false;
+        nRemote = found[0].nSize;
+    }
+    return nRemote == local.nSize;
+}
+
+bool CMyFtpConnection::PutWhole(IFtpConnection& connection, const std::wstring& strLocal,
+                                const std::wstring& strRemote) {
+    if (!connection.PutFile(strLocal, strRemote))
+        return false;
+    if (RemoteSizeMatches(connection, strLocal, strRemote))
+        return true;
+    connection.Remove(strRemote);
+    return false;
+}
+
+void CMyFtpConnection::RemoveStaleTempUploads(const CStringArray& arrPaths) {
+    if (!m_bTempUpload || !m_pConnection)
+        return;
+    std::wstring strName = TempUploadName();
+    CStringArray dirs{L""};
+    for (const std::wstring& strPath : arrPaths) {
+        std::wstring strDir = StrLeft(strPath, StrReverseFind(strPath, L'\\'));
+        if (std::find(dirs.begin(), dirs.end(), strDir) == dirs.end())
+            dirs.push_back(strDir);
+    }
+    for (const std::wstring& strDir : dirs) {
+        std::vector<FTP_FIND_DATA> found;
+        std::wstring strPath = strDir.empty() ? strName : JoinPath(strDir, strName);
+        if (m_pConnection->FindFiles(strPath, found))
+            m_pConnection->Remove(strPath);
+    }
 }
 
 // A download, not a listing. The scratch directory is made when missing:
@@ -239,13 +289,37 @@ bool CMyFtpConnection::DownloadDir(const std::wstring& strRemoteDir,
     return bOk;
 }
 
-std::wstring GetLocalIP() {
-    if (const char* pszId = std::getenv("QM_HOST_ID"); pszId && *pszId)
-        return Utf8ToWide(pszId);
-    std::string strName, strAddress;
-    if (NetGetHostName(strName))
+namespace {
+
+// The host id of this run, made at the first need.
+std::wstring& HostIdOfRun() {
+    static std::wstring s_strId;
+    return s_strId;
+}
+
+std::wstring MakeHostId(std::string strAddress) {
+    std::string strName;
+    NetGetHostName(strName);
+    if (strAddress.empty())
+        NetGetInterfaceIPv4(strAddress);
+    if (strAddress.empty() && !strName.empty())
         NetGetHostIPv4(strName, strAddress);
     return Format(L"%s(%s)", DecodeText(strAddress), DecodeText(strName));
+}
+
+} // namespace
+
+void OfferHostAddress(const std::wstring& strAddress) {
+    if (HostIdOfRun().empty() && !strAddress.empty() && strAddress.rfind(L"127.", 0) != 0)
+        HostIdOfRun() = MakeHostId(WideToUtf8(strAddress));
+}
+
+std::wstring GetLocalIP() {
+    if (std::string strId = EnvText("QM_HOST_ID"); !strId.empty())
+        return Utf8ToWide(strId);
+    if (HostIdOfRun().empty())
+        HostIdOfRun() = MakeHostId("");
+    return HostIdOfRun();
 }
 
 void ClearTempFTP() {
@@ -292,11 +366,13 @@ bool CMyFtpConnection::PlainRename(const std::wstring& strFrom, const std::wstri
 }
 
 bool CMyFtpConnection::PlainPutToSite(const std::wstring& strLocal, const std::wstring& strName) {
+    if (!m_pConnection)
+        return false;
     if (!m_bTempUpload)
-        return PlainPut(strLocal, strName);
-    if (!PlainPut(strLocal, L"#.txt"))
+        return PutWhole(*m_pConnection, strLocal, strName);
+    std::wstring strTemp = TempUploadName();
+    if (!PutWhole(*m_pConnection, strLocal, strTemp))
         return false;
     PlainRemove(strName);
-    PlainRename(L"#.txt", strName);
-    return true;
+    return PlainRename(strTemp, strName);
 }

@@ -9,16 +9,6 @@
 #include <memory>
 #include <string>
 
-// Time-outs and retries of the session that Connect opens. The defaults are
-// the working values; tests shorten them so that a dead server costs little.
-struct FTP_SESSION_OPTIONS {
-    uint32_t nConnectTimeoutMs = 6000;
-    uint32_t nSendTimeoutMs = 6000;
-    uint32_t nReceiveTimeoutMs = 6000;
-    uint32_t nConnectBackoffMs = 500;
-    uint32_t nConnectRetries = 5;
-};
-
 // "LocalData\TzFTPLoginInfo.sys" under the install directory, and the
 // marker beside it that asks for uploads through a temporary name.
 inline constexpr const wchar_t* kFtpLoginFile = L"LocalData\\TzFTPLoginInfo.sys";
@@ -39,9 +29,13 @@ public:
     bool IsConnected() const { return m_pConnection != nullptr; }
 
     bool DownloadFile(std::wstring strRemote, std::wstring strLocal);
-    // With the marker the transfer goes through "#.txt"; strRemote then
-    // holds "#.txt" during the transfer and the final name again after it.
+    // With the marker the transfer goes through the workstation's own
+    // temporary name in the target's directory, then the target is replaced.
+    // Every transfer is checked by size; a short one counts as failed.
     bool UploadFile(std::wstring strLocal, std::wstring& strRemote);
+    // "#" and the host id, made safe for any server: each workstation uploads
+    // through a name of its own, so two uploads never share one file.
+    static std::wstring TempUploadName();
     bool RemoteFileExists(const std::wstring& strRemote);
     bool FindRemoteFile(const std::wstring& strDir, const std::wstring& strName);
     bool RemoteDirExists(const std::wstring& strPath);
@@ -118,17 +112,31 @@ protected:
     bool PlainPut(const std::wstring& strLocal, const std::wstring& strRemote);
     bool PlainRemove(const std::wstring& strRemote);
     bool PlainRename(const std::wstring& strFrom, const std::wstring& strTo);
-    // A plain upload into the site directory; with the marker through "#.txt",
-    // then the final name is removed and "#.txt" renamed to it.
+    // A plain upload into the site directory; with the marker through the
+    // temporary name, then the final name is removed and the temporary renamed
+    // to it. False when any step failed or the file arrived short.
     bool PlainPutToSite(const std::wstring& strLocal, const std::wstring& strName);
+    // Whether the remote file has the local file's size: SIZE, else the listing.
+    static bool RemoteSizeMatches(IFtpConnection& connection, const std::wstring& strLocal,
+                                  const std::wstring& strRemote);
+    // A put checked by size; what arrived short is removed again.
+    static bool PutWhole(IFtpConnection& connection, const std::wstring& strLocal,
+                         const std::wstring& strRemote);
+    // Removes this workstation's temporary uploads that a crash left in the
+    // site directory and in the directories of the given paths.
+    void RemoveStaleTempUploads(const CStringArray& arrPaths);
     // Deletes a site file with one reconnect; bReport shows the box when the
     // file stays after that.
     bool DeleteRemoteFileWith(std::wstring strPath, bool bReport);
     // Writes the own host id to "TempFTP\LocalIP.txt" and uploads it as the lock.
     void UploadOwnLock(const std::wstring& strLock);
+    // The same for the version file's lock "Server.xml.bak".
+    void UploadServerLock();
     // The holder's line of a lock, fetched to strScratch and deleted there;
     // empty when the download failed.
     std::wstring ReadRemoteLock(const std::wstring& strLock, const std::wstring& strScratch);
+    // Shows the connection box and returns false.
+    bool StopForConnection();
     // Lock, fetch, backup, record, verify, upload, unlock.
     bool RewriteVersionFile(const CStringArray& arrPaths, const CStringArray& arrOprts);
     // The seed of a site without "Server.xml": the client's version file, or a
@@ -147,10 +155,15 @@ void FtpSleep(unsigned nMs);
 // editor, after "CloseMain" when the parts database changed.
 void SyncClientOnStart();
 
-// The workstation's host id, "%s(%s)" of address and machine name. The
-// environment variable QM_HOST_ID, when set, stands in for the whole id,
-// so that several workstations can share one machine.
+// The workstation's host id, "%s(%s)" of address and machine name, made
+// once per run: the address is this end of the first FTP control connection
+// (what the server sees), else the first address of an interface that is up
+// and no loopback. The environment variable QM_HOST_ID, when set, stands in
+// for the whole id, so that several workstations can share one machine.
 std::wstring GetLocalIP();
+// Offers the local address of a control connection; the first one offered
+// before the id was made is the one it uses.
+void OfferHostAddress(const std::wstring& strAddress);
 
 // Deletes the files directly in "TempFTP"; subdirectories stay.
 void ClearTempFTP();

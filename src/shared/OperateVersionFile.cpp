@@ -1,6 +1,7 @@
 // Version file records, version dates and the roll-forward that keeps a site's date growing.
 #include "shared/OperateVersionFile.h"
 
+#include "base/Environment.h"
 #include "base/Format.h"
 #include "base/NumberText.h"
 #include "base/StrUtil.h"
@@ -13,8 +14,7 @@
 namespace {
 
 bool SystemClock(std::tm& localTime) {
-    std::time_t now = std::time(nullptr);
-    return localtime_r(&now, &localTime) != nullptr;
+    return LocalTimeNow(localTime);
 }
 
 VERSION_CLOCK g_pVersionClock = &SystemClock;
@@ -184,6 +184,22 @@ bool COperateVersionFile::UpdateRecords(const CStringArray& arrPaths,
     ReadRecords();
     RemoveRecords(arrPaths);
     return WriteRecords(arrPaths, arrOprts);
+}
+
+bool IsSoundVersionLine(const std::wstring& strLine, bool bHeader) {
+    std::wstring strTrimmed = StrTrim(strLine);
+    if (bHeader)
+        return StrFind(strTrimmed, kVersionHeaderPrefix) == 0;
+    COperateVersionFile::STRUCT_FILE_INFO info = ParseVersionRecord(strTrimmed);
+    return !info.strPath.empty() && !info.strDate.empty() &&
+           (info.strOprt == L"MOD" || info.strOprt == L"DEL" || info.strOprt == L"REN");
+}
+
+size_t CountUnsoundVersionLines(const CStringArray& lines) {
+    size_t nBad = 0;
+    for (size_t i = 0; i < lines.size(); ++i)
+        nBad += IsSoundVersionLine(lines[i], i == 0) ? 0 : 1;
+    return nBad;
 }
 
 bool IsMainLibChanged(const std::wstring& strServerFile, const std::wstring& strClientHeader) {

@@ -66,6 +66,13 @@ std::wstring VersionDateOfHeader(const std::wstring& strHeader);
 // Splits a trimmed record line at its first two bars; further bars stay in the code.
 COperateVersionFile::STRUCT_FILE_INFO ParseVersionRecord(const std::wstring& strLine);
 
+// Whether a line of a version file is whole: a record has a path, a date and
+// one of the codes; a line cut short anywhere fails. The header (bHeader)
+// has the header prefix.
+bool IsSoundVersionLine(const std::wstring& strLine, bool bHeader);
+// The number of unsound lines among a version file's non-blank lines, header first.
+size_t CountUnsoundVersionLines(const CStringArray& lines);
+
 // Whether the version file at strServerFile records a change of the main
 // parts database newer than the date of the client's header line.
 bool IsMainLibChanged(const std::wstring& strServerFile, const std::wstring& strClientHeader);

@@ -38,22 +38,88 @@ protected:
 
 } // namespace
 
+// The names and flags as the editor must see them, written out here rather
+// than read from the table under test.
 TEST_F(FrameTest, RegistersEighteenCommandsWithTheirFlags) {
     const CCommandStack& stack = m_host.m_editor.m_commands;
-    int nOurs = 0;
-    for (int i = 0; i < g_nArxCommands; ++i) {
-        const HOST_COMMAND* pCmd = stack.Find(g_arxCommands[i].pszGlobal);
-        ASSERT_NE(pCmd, nullptr);
-        EXPECT_EQ(pCmd->strGroup, L"TzDrawingManage");
-        nOurs += pCmd->strGroup == L"TzDrawingManage";
+    const std::pair<const wchar_t*, unsigned> kExpected[] = {
+        {L"DrawingManage", 0x200000u},
+        {L"DrawingInsert", 1u},
+        {L"DrawingOpen", 1u},
+        {L"DrawPanel", 1u},
+        {L"MoveHole", 1u},
+        {L"DimHole", 1u},
+        {L"EditPanel", 1u},
+        {L"MakeSld", 1u},
+        {L"ShowSld", 1u},
+        {L"OpenDwg", 1u},
+        {L"CloseDwg", 1u},
+        {L"ShowSldDlg", 1u},
+        {L"Tz3dView", 1u},
+        {L"Tz2dView", 1u},
+        {L"LaySketchManage", 1u},
+        {L"LaySketchInsert", 1u},
+        {L"LaySketchOpen", 1u},
+        {L"LaySketchMakeSld", 1u},
+    };
+    for (const auto& [pszName, nFlags] : kExpected) {
+        const HOST_COMMAND* pCmd = stack.Find(pszName);
+        ASSERT_NE(pCmd, nullptr) << pszName;
+        EXPECT_EQ(pCmd->strGlobal, pszName);
+        EXPECT_EQ(pCmd->strGroup, L"TzDrawingManage") << pszName;
+        EXPECT_EQ(pCmd->nFlags, nFlags) << pszName;
     }
-    EXPECT_EQ(nOurs, 18);
-    EXPECT_EQ(stack.Find(L"drawingmanage")->nFlags, 0x200000u);
-    EXPECT_EQ(stack.Find(L"LAYSKETCHMANAGE")->nFlags, 1u);
+    size_t nWithModule = stack.Count();
+    m_app.EntryPoint(AcRx::kUnloadAppMsg, nullptr);
+    EXPECT_EQ(nWithModule - stack.Count(), 18u); // and no command beyond these
+    m_app.EntryPoint(AcRx::kInitAppMsg, nullptr);
+    EXPECT_EQ(stack.Find(L"drawingmanage"), stack.Find(L"DrawingManage"));
     EXPECT_EQ(m_app.EntryPoint(AcRx::kSuspendMsg, nullptr), 0);
     m_app.EntryPoint(AcRx::kUnloadAppMsg, nullptr);
     EXPECT_EQ(stack.Find(L"MoveHole"), nullptr);
     m_app.EntryPoint(AcRx::kInitAppMsg, nullptr);
+}
+
+namespace {
+
+unsigned long g_nSerials[3];
+void ThrowsNoMemory() {
+    g_nSerials[0] = CurrentCommandSerial();
+    throw std::bad_alloc();
+}
+void ThrowsRuntime() {
+    g_nSerials[1] = CurrentCommandSerial();
+    throw std::runtime_error("file vanished");
+}
+void Finishes() {
+    g_nSerials[2] = CurrentCommandSerial();
+}
+const STRUCT_ARXCOMMAND kThrowingTable[] = {
+    {L"TzTest", L"Oom", L"Oom", 0, &ThrowsNoMemory, nullptr, -1, {0, 0}},
+    {L"TzTest", L"Broken", L"Broken", 0, &ThrowsRuntime, nullptr, -1, {0, 0}},
+    {L"TzTest", L"Fine", L"Fine", 0, &Finishes, nullptr, -1, {0, 0}},
+};
+
+} // namespace
+
+// No exception of a command body reaches the host: the command ends with one
+// line, and each command runs under a serial of its own.
+TEST_F(FrameTest, CommandBodiesEndWithOneLineWhateverTheyThrow) {
+    m_app.EntryPoint(AcRx::kUnloadAppMsg, nullptr);
+    AcRxArxApp app(kThrowingTable, 3);
+    ASSERT_EQ(app.EntryPoint(AcRx::kInitAppMsg, nullptr), AcRx::kRetOK);
+    m_host.m_strPrinted.clear();
+    m_host.Run({L"Oom", L"Broken", L"Fine"});
+    EXPECT_EQ(m_host.m_strPrinted,
+              L"命令: Oom\n\n; 错误: 命令 Oom 异常中止（内存不足）\n"
+              L"命令: Broken\n\n; 错误: 命令 Broken 异常中止（file vanished）\n"
+              L"命令: Fine\n");
+    EXPECT_NE(g_nSerials[0], 0u);
+    EXPECT_NE(g_nSerials[0], g_nSerials[1]);
+    EXPECT_NE(g_nSerials[1], g_nSerials[2]);
+    EXPECT_EQ(CurrentCommandSerial(), 0u);
+    app.EntryPoint(AcRx::kUnloadAppMsg, nullptr);
+    ASSERT_EQ(m_app.EntryPoint(AcRx::kInitAppMsg, nullptr), AcRx::kRetOK);
 }
 
 TEST_F(FrameTest, MoveHolePrintsNothingAndFirstRunOnlyMakesTheSentinel) {

@@ -91,6 +91,7 @@ TEST(DrawingRecords, NextPartRecordNumberTakesTheHighestGap) {
     EXPECT_EQ(next({7}), 1);
     EXPECT_EQ(next({1}), 2);
     EXPECT_EQ(next({1, 2, 3}), 4);
+    EXPECT_EQ(next({-1, 1}), 0); // a gap at 0 is a gap
     AcDbDatabase empty;
     AddPartRecords(empty, {1});
     RemoveNamedXrecord(&empty, TZ_DICITIONARY_PART2DATABASE, L"TZ_XRECORD_ONEPART2_1");
@@ -142,6 +143,10 @@ TEST(DrawingRecords, LibraryDataDotReplacesTheOldOneAndCarriesThePairs) {
     EXPECT_EQ(FindPairValue(back, L" 推荐型号 "), L"LA38");
     EXPECT_EQ(FindPairValue(back, KEY_RECOMMENDED_CODE), L"");
     EXPECT_EQ(FindPairValue(back, L"方向"), L"");
+    // The last key of a list has a value too; a key without one has none.
+    EXPECT_EQ(FindPairValue({L"A", L"1", KEY_RECOMMENDED_CODE, L"C-7"}, KEY_RECOMMENDED_CODE),
+              L"C-7");
+    EXPECT_EQ(FindPairValue({L"A", L"1", KEY_RECOMMENDED_CODE}, KEY_RECOMMENDED_CODE), L"");
 
     AcDbBlockTableRecord* pMs = nullptr;
     acdbOpenObject(pMs, db.modelSpaceId(), AcDb::kForRead);

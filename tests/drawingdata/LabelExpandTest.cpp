@@ -76,6 +76,10 @@ TEST(LabelExpand, ListsInheritThePrefix) {
     EXPECT_EQ(Expand(L"KM1,,2"), (L{L"KM1", L"", L"2"})); // the empty part stops the walk
     EXPECT_EQ(Expand(L"KM1,2,A,3"), (L{L"KM1", L"KM2", L"A", L"3"}));
     EXPECT_EQ(Expand(L"KM1,1~2~3,4"), (L{L"KM1", L"KM4"}));
+    // A part whose "~" stands first is no range: it stays as written, and
+    // a number after it inherits its prefix "~".
+    EXPECT_EQ(Expand(L"KM1,~3"), (L{L"KM1", L"~3"}));
+    EXPECT_EQ(Expand(L"KM1,~3,4"), (L{L"KM1", L"~3", L"~4"}));
 }
 
 TEST(LabelExpand, HugeRangesAreMalformed) {

@@ -1,5 +1,6 @@
 // Cutting labels into device, separator and terminal, the name tables and their files.
 #include "drawingdata/LabelSplit.h"
+#include "app/ArxApp.h"
 
 #include "LabelNameTables.h"
 #include "TestHost.h"
@@ -39,6 +40,13 @@ TEST(LabelSplit, GenericSymbolsSeparateOnlyAtAColon) {
 TEST(LabelSplit, DoubleDashEndsAsDashTerminal) {
     EXPECT_EQ(Split(L"KM1--", kGeneric), L"KM1|-|-|2");
     EXPECT_EQ(Split(L"KM1--", kLabelKindTerminal), L"KM1|-|-|2");
+    // A single dash at the end is no separator: alone it leaves the label
+    // whole; behind another dash the dashes turn to colons, or the dash
+    // before it separates.
+    EXPECT_EQ(Split(L"KM1-", kGeneric), L"KM1-|||0");
+    EXPECT_EQ(Split(L"KM1-", kLabelKindTerminal), L"KM1-|||0");
+    EXPECT_EQ(Split(L"XT1-5-", kLabelKindTerminal), L"XT||1:5:|1");
+    EXPECT_EQ(Split(L"A-B-", kLabelKindTerminal), L"A|-|B-|2");
 }
 
 TEST(LabelSplit, TerminalStripKind) {
@@ -95,9 +103,13 @@ public:
         terminals = m_terminals;
         return true;
     }
-    std::wstring NameTablesStamp() override { return m_strStamp; }
+    std::wstring NameTablesStamp() override {
+        ++m_nStamps;
+        return m_strStamp;
+    }
 
     int m_nFills = 0;
+    int m_nStamps = 0;
     std::wstring m_strStamp;
     CZhuangZhiDzNameArray m_devices = MakeDeviceTable();
     CZhuangZhiDzNameArray m_terminals = MakeTerminalTable();
@@ -153,6 +165,35 @@ TEST(LabelSplit, TablesAreKeptUntilTheStampChanges) {
     SplitWithHost(L"KM1", kGeneric);
     SplitWithHost(L"KM1", kGeneric);
     EXPECT_EQ(names.m_nFills, 5);
+    UseLabelNames(nullptr);
+}
+
+// A command splits many labels: the stamps are looked at once in it, and an
+// edited table applies from the next command on.
+TEST(LabelSplit, StampsAreLookedAtOncePerCommand) {
+    CTestHost host;
+    CTempDir dir;
+    host.m_strCommonRes = dir.Path();
+    static CFakeLabelNames s_names;
+    s_names = CFakeLabelNames();
+    s_names.m_strStamp = L"first";
+    UseLabelNames(&s_names);
+    static std::wstring s_strSeen;
+    auto command = [] {
+        s_strSeen.clear();
+        for (int i = 0; i < 100; ++i)
+            s_strSeen = SplitWithHost(L"1D5", kLabelKindTerminal);
+        s_names.m_terminals = {{L"X", 1}}; // edited while the command runs
+        s_names.m_strStamp = L"second";
+        s_strSeen += L";" + SplitWithHost(L"1D5", kLabelKindTerminal);
+    };
+    RunCommandBody(L"SPLIT", command);
+    EXPECT_EQ(s_strSeen, L"1D|5;1D|5");
+    EXPECT_EQ(s_names.m_nStamps, 1);
+    RunCommandBody(L"SPLIT", [] { s_strSeen = SplitWithHost(L"1D5", kLabelKindTerminal); });
+    EXPECT_EQ(s_strSeen, L"1D5|");
+    EXPECT_EQ(s_names.m_nStamps, 2);
+    EXPECT_EQ(s_names.m_nFills, 2);
     UseLabelNames(nullptr);
 }
 

@@ -56,6 +56,11 @@ TEST_F(CurlFtpClientTest, TransfersLargeBinaryFilesInActiveMode) {
     WriteBytes(m_local / L"up.bin", bytes);
     ASSERT_TRUE(pConnection->PutFile(m_local / L"up.bin", L"\\up.bin"));
     EXPECT_EQ(ServerFile("up.bin"), bytes);
+    int64_t nSize = 0;
+    EXPECT_TRUE(pConnection->GetFileSize(L"up.bin", nSize));
+    EXPECT_EQ(nSize, 300000);
+    EXPECT_FALSE(pConnection->GetFileSize(L"missing.bin", nSize));
+    EXPECT_EQ(pConnection->GetLocalAddress(), L"127.0.0.1"); // as the server sees this end
     WriteBytes(m_local / L"down.bin", "older content");
     ASSERT_TRUE(pConnection->GetFile(L"up.bin", m_local / L"down.bin"));
     EXPECT_EQ(ReadBytes(m_local / L"down.bin"), bytes);
@@ -142,6 +147,63 @@ TEST_F(CurlFtpClientTest, ChineseNamesTravelInTheChosenCodePage) {
         ASSERT_TRUE(pConnection->FindFiles(strDir + L"\\*.*", found));
         EXPECT_EQ(found[0].strName, L"开孔板.dwg");
         EXPECT_TRUE(pConnection->SetCurrentDirectory(strDir));
+    }
+}
+
+} // namespace
+
+namespace {
+
+// Debian's vsftpd, the server most Linux sites run; it needs root to make its user.
+TEST(CurlFtpClientOnVsftpd, TransfersListsAndRenamesAsOnTheTestServer) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "vsftpd's local user can only be made by root";
+    CFtpTestServer server;
+    ASSERT_TRUE(server.Start({"utf8", false, true}));
+    CCurlFtpClient client("UTF-8");
+    CTempDir local;
+    for (bool bPassive : {true, false}) {
+        SCOPED_TRACE(bPassive ? "passive" : "active");
+        auto pSession = client.OpenSession();
+        pSession->SetOption(INTERNET_OPTION_CONNECT_TIMEOUT, 2000);
+        pSession->SetOption(INTERNET_OPTION_RECEIVE_TIMEOUT, 2000);
+        pSession->SetOption(INTERNET_OPTION_CONNECT_RETRIES, 1);
+        std::wstring strError;
+        auto pConnection =
+            pSession->GetFtpConnection(L"127.0.0.1", server.User(), server.Password(),
+                                       static_cast<uint16_t>(server.Port()), bPassive, strError);
+        ASSERT_TRUE(pConnection) << WideToUtf8(strError);
+        std::wstring strDir = bPassive ? L"图库被动" : L"图库主动";
+        std::string bytes = EveryByte(300000);
+        WriteBytes(local / L"up.bin", bytes);
+        ASSERT_TRUE(pConnection->CreateDirectory(strDir));
+        ASSERT_TRUE(pConnection->SetCurrentDirectory(strDir));
+        ASSERT_TRUE(pConnection->PutFile(local / L"up.bin", L"开孔板.dwg"));
+        EXPECT_EQ(ReadBytes(server / (strDir + L"\\开孔板.dwg")), bytes);
+        int64_t nSize = 0;
+        EXPECT_TRUE(pConnection->GetFileSize(L"开孔板.dwg", nSize));
+        EXPECT_EQ(nSize, 300000);
+        ASSERT_TRUE(pConnection->GetFile(L"/" + strDir + L"/开孔板.dwg", local / L"down.bin"));
+        EXPECT_EQ(ReadBytes(local / L"down.bin"), bytes);
+
+        std::vector<FTP_FIND_DATA> found;
+        ASSERT_TRUE(pConnection->FindFiles(L"*.*", found));
+        ASSERT_EQ(found.size(), 1u);
+        EXPECT_EQ(found[0].strName, L"开孔板.dwg");
+        EXPECT_EQ(found[0].nSize, 300000);
+        EXPECT_FALSE(found[0].bDirectory);
+
+        WriteBytes(local / L"b.bin", "B");
+        ASSERT_TRUE(pConnection->PutFile(local / L"b.bin", L"b.dwg"));
+        EXPECT_FALSE(pConnection->Rename(L"b.dwg", L"开孔板.dwg")); // the target exists
+        EXPECT_TRUE(pConnection->Remove(L"开孔板.dwg"));
+        EXPECT_FALSE(pConnection->Remove(L"开孔板.dwg"));
+        EXPECT_TRUE(pConnection->Rename(L"b.dwg", L"开孔板.dwg"));
+        EXPECT_EQ(ReadBytes(server / (strDir + L"\\开孔板.dwg")), "B");
+        ASSERT_TRUE(pConnection->SetCurrentDirectory(L"/"));
+        EXPECT_FALSE(pConnection->RemoveDirectory(strDir)); // not empty
+        EXPECT_FALSE(pConnection->GetFile(L"missing.dwg", local / L"down.bin"));
+        EXPECT_EQ(ReadBytes(local / L"down.bin"), bytes);
     }
 }
 

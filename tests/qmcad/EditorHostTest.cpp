@@ -7,6 +7,7 @@
 #include "base/Format.h"
 #include "host/HostInput.h"
 #include "host/db/AcDb.h"
+#include "host/db/GrReadValue.h"
 
 #include <gtest/gtest.h>
 
@@ -76,6 +77,47 @@ TEST(EditorHost, CommandLineSurvivesAnyInput) {
     EXPECT_NE(ui.m_strPrinted.find(L"未知命令“NOSUCH”。按 F1 查看帮助。"), std::wstring::npos);
     EXPECT_NE(ui.m_strPrinted.find(L"变量“CMDNAMES”是只读的。"), std::wstring::npos);
     EXPECT_EQ(editor.m_docs.documentCount(), 0);
+}
+
+// What escapes a command body or a posted call ends only that command: one
+// line, the documents as they were, and the loop goes on.
+TEST(EditorHost, ExceptionsEndTheCommandAndNeverTheEditor) {
+    CTestHost ui;
+    CEditorHost editor(ui);
+    editor.m_docs.NewDocument();
+    static int s_nAfter = 0;
+    static CDocManager* s_pDocs = nullptr;
+    s_nAfter = 0;
+    s_pDocs = &editor.m_docs;
+    editor.m_commands.AddCommand(L"T", L"OOM", L"OOM", 0, [] { throw std::bad_alloc(); });
+    editor.m_commands.AddCommand(L"T", L"BAD", L"BAD", ACRX_CMD_SESSION,
+                                 [] { throw std::runtime_error("disk gone"); });
+    editor.m_commands.AddCommand(L"T", L"POSTS", L"POSTS", 0, [] {
+        s_pDocs->executeInApplicationContext([](void*) { throw 7; }, nullptr);
+        s_pDocs->executeInApplicationContext([](void*) { ++s_nAfter; }, nullptr);
+    });
+    std::deque<std::wstring> lines{L"OOM", L"BAD", L"POSTS", L"CMDNAMES"};
+    editor.SetSource(
+        [&](std::wstring& s) {
+            if (lines.empty())
+                return CEditorHost::LINE_READ::End;
+            s = lines.front();
+            lines.pop_front();
+            return CEditorHost::LINE_READ::Line;
+        },
+        true);
+    editor.RunLoop();
+    EXPECT_NE(ui.m_strPrinted.find(L"; 错误: 命令 OOM 异常中止（内存不足）\n"), std::wstring::npos)
+        << ui.m_strPrinted;
+    EXPECT_NE(ui.m_strPrinted.find(L"; 错误: 命令 BAD 异常中止（disk gone）\n"),
+              std::wstring::npos);
+    EXPECT_NE(ui.m_strPrinted.find(L"异常中止（未知异常）\n"), std::wstring::npos);
+    EXPECT_EQ(s_nAfter, 1);
+    EXPECT_EQ(editor.m_docs.documentCount(), 1);
+    EXPECT_FALSE(editor.m_docs.isApplicationContext());
+    SYSVAR_VALUE value;
+    ASSERT_EQ(editor.GetVar(L"CMDNAMES", value), RTNORM);
+    EXPECT_EQ(value.strText, L"");
 }
 
 TEST(EditorHost, LoadsTheModuleThroughItsEntryPoint) {

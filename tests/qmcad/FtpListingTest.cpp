@@ -28,3 +28,23 @@ TEST(FtpListingTest, ReadsUnixAndDosLinesAndSkipsTheRest) {
           "drwxr-xr-x 2 u g 4096 Nov 21 16:03 ..", "garbage", "-rw-r--r-- 1 u g 5 Nov 21 16:03"})
         EXPECT_FALSE(ParseListLine(pszLine, e)) << pszLine;
 }
+
+TEST(FtpListingTest, RefusesNamesWithControlBytes) {
+    FTP_LIST_ENTRY e;
+    using namespace std::string_literals;
+    for (const std::string& line :
+         {"-rw-r--r-- 1 u g 5 Nov 21 16:03 a\0b.dwg"s, "-rw-r--r-- 1 u g 5 Nov 21 16:03 a\tb"s,
+          "-rw-r--r-- 1 u g 5 Nov 21 16:03 \x1b[2Jx"s, "11-21-26  04:00PM  42 del\x7f.dwg"s,
+          "-rw-r--r-- 1 u g 5 Nov 21 16:03 a\rb"s})
+        EXPECT_FALSE(ParseListLine(line, e)) << line;
+    EXPECT_TRUE(ParseListLine("-rw-r--r-- 1 u g 5 Nov 21 16:03 图纸 1.dwg", e));
+    EXPECT_EQ(e.strName, "图纸 1.dwg");
+}
+
+TEST(FtpListingTest, PatternsKeepCaseAndStarDotStarTakesAll) {
+    EXPECT_TRUE(MatchRemotePattern(L"*.*", L"README"));
+    EXPECT_TRUE(MatchRemotePattern(L"*.dwg", L"a.b.dwg"));
+    EXPECT_FALSE(MatchRemotePattern(L"*.dwg", L"A.DWG"));
+    EXPECT_TRUE(MatchRemotePattern(L"a?c.DWG", L"abc.DWG"));
+    EXPECT_FALSE(MatchRemotePattern(L"Server.xml", L"server.xml"));
+}

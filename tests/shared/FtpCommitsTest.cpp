@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <unistd.h>
 
 namespace {
 
@@ -90,6 +91,13 @@ TEST_F(FtpCommitsTest, FirstCommitSeedsTheSiteAndLeavesTheClientInStep) {
     EXPECT_TRUE(m_site->On(1).CheckServerUpdate(bMainLib));
     EXPECT_FALSE(bMainLib);
     EXPECT_TRUE(m_site->On(0).CheckServerVersion()); // A is behind B's commit now
+
+    // A site restored from an older copy: a client ahead of it is out of step as well.
+    WriteTextFile(m_site->Install(1, L"Client.xml"), L"版本日期：2030,01,01,00,00,00");
+    EXPECT_TRUE(m_site->On(1).CheckServerVersion());
+    EXPECT_TRUE(m_site->On(1).CheckServerUpdate(bMainLib));
+    ASSERT_TRUE(m_site->On(1).AdoptServerVersion());
+    EXPECT_FALSE(m_site->On(1).CheckServerVersion());
 }
 
 TEST_F(FtpCommitsTest, DeleteRenameAndDirectoryFlowsWriteTheirRecordShapes) {
@@ -208,20 +216,143 @@ TEST_F(FtpCommitsTest, TreeUploadThroughTheTemporaryNameLeavesNoScratchOnTheSite
     FsCreateDirectory(strTree);
     FsCreateDirectory(strTree + L"\\Sub");
     WriteBytes(strTree + L"\\a.dwg", "a");
+    WriteBytes(strTree + L"\\b.ITM", "b");
     WriteBytes(strTree + L"\\notes.txt", "n");
     WriteBytes(strTree + L"\\Sub\\c.prj", "c");
     ASSERT_TRUE(m_site->On(0).UploadDirTree(strTree, L"InstallHole\\Tree\\"));
-    EXPECT_EQ(CCountingSleep::s_nSleeps, 2);
+    EXPECT_EQ(CCountingSleep::s_nSleeps, 3);
     EXPECT_EQ(m_site->SiteBytes(L"InstallHole\\Tree\\Sub\\c.prj"), "c");
+    EXPECT_EQ(m_site->SiteBytes(L"InstallHole\\Tree\\b.ITM"), "b");
     EXPECT_FALSE(m_site->OnSite(L"InstallHole\\Tree\\notes.txt"));
-    EXPECT_EQ(Server(), (CStringArray{L"版本日期：" + kDate + L"12",
-                                      Record(L"InstallHole\\Tree\\Sub\\c.prj", 12, L"MOD"),
-                                      Record(L"InstallHole\\Tree\\Sub\\", 11, L"MOD"),
-                                      Record(L"InstallHole\\Tree\\a.dwg", 10, L"MOD"),
-                                      Record(L"InstallHole\\Tree\\", 9, L"MOD")}));
-    EXPECT_EQ(m_site->SiteLines(L"Server.backup").size(), 4u);
+    // A level's files go first (in the order the directory lists them), then its subdirectories.
+    CStringArray lines = Server();
+    ASSERT_EQ(lines.size(), 6u);
+    EXPECT_EQ(lines[0], L"版本日期：" + kDate + L"13");
+    EXPECT_EQ(lines[1], Record(L"InstallHole\\Tree\\Sub\\c.prj", 13, L"MOD"));
+    EXPECT_EQ(lines[2], Record(L"InstallHole\\Tree\\Sub\\", 12, L"MOD"));
+    EXPECT_TRUE(HasLine(lines, Record(L"InstallHole\\Tree\\a.dwg", 10, L"MOD")) ||
+                HasLine(lines, Record(L"InstallHole\\Tree\\a.dwg", 11, L"MOD")));
+    EXPECT_TRUE(HasLine(lines, Record(L"InstallHole\\Tree\\b.ITM", 10, L"MOD")) ||
+                HasLine(lines, Record(L"InstallHole\\Tree\\b.ITM", 11, L"MOD")));
+    EXPECT_EQ(lines[5], Record(L"InstallHole\\Tree\\", 9, L"MOD"));
+    EXPECT_EQ(m_site->SiteLines(L"Server.backup").size(), 5u);
     EXPECT_EQ(m_site->SiteLines(L"OS.log").size(), 1u);
-    EXPECT_FALSE(m_site->OnSite(L"#.txt") || m_site->OnSite(L"InstallHole\\Tree\\#.txt"));
+    std::vector<FS_FIND_DATA> found;
+    EXPECT_FALSE(FsFind(m_site->SitePath(L"#*"), found) ||
+                 FsFind(m_site->SitePath(L"InstallHole\\Tree\\#*"), found));
     EXPECT_FALSE(m_site->OnSite(L"Server.xml.bak"));
+    EXPECT_TRUE(m_host.m_boxes.empty());
+}
+
+TEST_F(FtpCommitsTest, RecordCutShortTriggersTheRepairThoughTheCountStillMatches) {
+    std::wstring strBackup = L"版本日期：2026,01,01,00,00,09";
+    for (int i = 9; i >= 0; --i)
+        strBackup += Format(L"\r\nInstallHole\\r%d.dwg|2026,01,01,00,00,%2.2d|MOD", i, i);
+    m_site->PutOnSite(L"Server.backup", EncodeText(strBackup));
+    for (const char* pszCut : {"|2026,01,01,00,00,00|MOD", "|MOD", "D"}) {
+        SCOPED_TRACE(pszCut);
+        std::string cut = EncodeText(strBackup);
+        cut.resize(cut.size() - std::string(pszCut).size()); // the last record cut short
+        m_site->PutOnSite(L"Server.xml", cut);
+        ASSERT_TRUE(Commit(0, L"new.dwg"));
+        CStringArray lines = Server();
+        EXPECT_EQ(lines.size(), 12u);
+        EXPECT_EQ(lines.back(), L"InstallHole\\r0.dwg|2026,01,01,00,00,00|MOD");
+        // The backup was not replaced by the damaged file.
+        EXPECT_EQ(m_site->SiteLines(L"Server.backup").back(), lines.back());
+        EXPECT_TRUE(m_host.m_boxes.empty());
+    }
+}
+
+// The version file's download dies after the renames; a server back in time
+// for the upload would otherwise receive a version file rebuilt from nothing.
+TEST_F(FtpCommitsTest, FailedDownloadOfTheVersionFileStopsTheCommit) {
+    SeedThreeCommits();
+    CStringArray before = Server();
+    bool bKilled = false;
+    int nLoginsAfter = 0;
+    std::wstring strLast;
+    m_site->m_recorder.m_onCall = [&](const std::wstring& strLine) {
+        if (!bKilled && strLine == L"GetFile Server.xml" &&
+            strLast == L"Rename Server_Tmp.xml Server.xml") {
+            bKilled = true;
+            m_site->m_server.Stop();
+        } else if (bKilled && strLine.starts_with(L"login") && ++nLoginsAfter == 2) {
+            m_site->m_server.Start();
+        }
+        strLast = strLine;
+    };
+    EXPECT_FALSE(Commit(0, L"b.dwg", "B"));
+    ASSERT_TRUE(bKilled);
+    EXPECT_EQ(Server(), before);
+    ASSERT_FALSE(m_host.m_boxes.empty());
+    EXPECT_EQ(m_host.m_boxes.back().strText, L"\n网络无连接,请检查网络连接后再重试!");
+    EXPECT_EQ(m_host.m_boxes.back().nFlags, unsigned(MB_ICONSTOP));
+    m_site->m_recorder.m_onCall = nullptr;
+}
+
+TEST_F(FtpCommitsTest, WorkstationsUploadThroughTheirOwnNamesAndClearTheirStaleOnes) {
+    for (int i : {0, 1}) {
+        WriteBytes(m_site->Install(i, L"LocalData\\Ftp.bg"), "");
+        m_site->Restart(i);
+    }
+    m_site->PutOnSite(L"#10.0.0.1(WS1).txt", "stale");
+    m_site->PutOnSite(L"InstallHole\\#10.0.0.1(WS1).txt", "stale");
+    m_site->PutOnSite(L"InstallHole\\#10.0.0.2(WS2).txt", "B's upload in flight");
+    ASSERT_TRUE(Commit(0, L"a.dwg", "A"));
+    EXPECT_FALSE(m_site->OnSite(L"#10.0.0.1(WS1).txt"));
+    EXPECT_FALSE(m_site->OnSite(L"InstallHole\\#10.0.0.1(WS1).txt"));
+    EXPECT_EQ(m_site->SiteBytes(L"InstallHole\\#10.0.0.2(WS2).txt"), "B's upload in flight");
+    EXPECT_EQ(m_site->SiteBytes(L"InstallHole\\a.dwg"), "A");
+    ASSERT_TRUE(Commit(1, L"b.dwg", "B"));
+    EXPECT_FALSE(m_site->OnSite(L"InstallHole\\#10.0.0.2(WS2).txt"));
+    EXPECT_EQ(Server().size(), 3u);
+    EXPECT_TRUE(m_site->m_recorder.Count(L"PutFile InstallHole\\#10.0.0.2(WS2).txt") > 0);
+    EXPECT_TRUE(m_host.m_boxes.empty());
+}
+
+// The same flows on Debian's vsftpd, the server most Linux sites run (its
+// user can only be made by root), one workstation through its temporary names.
+TEST_F(FtpCommitsTest, TwoWorkstationsCommitAndCatchUpAfterACrashOnVsftpd) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "vsftpd's local user can only be made by root";
+    m_site = std::make_unique<CSharedSite>(m_host, 2, FTP_TEST_SERVER_OPTIONS{"utf8", false, true});
+    ASSERT_TRUE(m_site->Started());
+    FsCreateDirectory(m_site->SitePath(L"InstallHole"));
+    m_site->m_server.Adopt(m_site->SitePath(L"InstallHole"));
+    WriteBytes(m_site->Install(1, L"LocalData\\Ftp.bg"), "");
+    m_site->Restart(1);
+
+    ASSERT_TRUE(Commit(0, L"a.dwg", "A"));
+    ASSERT_TRUE(Commit(1, L"b.dwg", "B"));
+    ASSERT_TRUE(Commit(1, L"a.dwg", "A2"));
+    ASSERT_TRUE(m_site->On(0).CommitRename(L"InstallHole\\b.dwg", L"InstallHole\\c.dwg"));
+    EXPECT_EQ(m_site->SiteBytes(L"InstallHole\\a.dwg"), "A2");
+    EXPECT_EQ(m_site->SiteBytes(L"InstallHole\\c.dwg"), "B");
+    CStringArray lines = Server();
+    ASSERT_EQ(lines.size(), 4u);
+    EXPECT_TRUE(lines[1].starts_with(L"InstallHole\\c.dwg|"));
+    EXPECT_TRUE(lines[2].starts_with(L"InstallHole\\b.dwg|") && lines[2].ends_with(L"|DEL"));
+    EXPECT_TRUE(lines[3].starts_with(L"InstallHole\\a.dwg|"));
+
+    // A dies holding the version lock; B waits it out and records its work.
+    m_site->CrashAfter(L"PutFile Server.xml.bak");
+    Commit(0, L"d.dwg", "D");
+    ASSERT_TRUE(m_site->m_bCrashed);
+    m_site->m_recorder.m_onCall = nullptr;
+    ASSERT_TRUE(m_site->m_server.Start({"utf8", false, true}));
+    EXPECT_EQ(m_host.m_boxes.at(0).strText, L"\n网络无连接,请检查网络连接后再重试!"); // A's own
+    m_host.m_boxes.clear();
+    CCountingSleep::s_nSleeps = 0;
+    m_site->Restart(1);
+    ASSERT_TRUE(Commit(1, L"e.dwg", "E"));
+    EXPECT_EQ(CCountingSleep::s_nSleeps, 6);
+    lines = Server();
+    EXPECT_TRUE(lines.at(1).starts_with(L"InstallHole\\e.dwg|"));
+    EXPECT_EQ(lines.size(), 5u);
+    EXPECT_FALSE(m_site->OnSite(L"Server.xml.bak"));
+    std::vector<FS_FIND_DATA> found;
+    EXPECT_FALSE(FsFind(m_site->SitePath(L"#*"), found) ||
+                 FsFind(m_site->SitePath(L"InstallHole\\#*"), found));
     EXPECT_TRUE(m_host.m_boxes.empty());
 }

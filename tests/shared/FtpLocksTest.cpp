@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 namespace {
 
 const std::wstring kTakeOver = L"主机IP为%s的用户正对文件<%s>进行操作，可等待其完成后再继续...\n"
@@ -65,11 +67,41 @@ TEST_F(FtpLocksTest, VersionLockWaitsSixPollsForAForeignHolderAndNoneForItsOwn) 
     EXPECT_TRUE(m_host.m_boxes.empty());
 }
 
+// Another workstation writes the lock in the same instant as this one: the
+// read-back shows it, and it is waited for like any holder.
+TEST_F(FtpLocksTest, VersionLockTakenInTheSameInstantByAnotherIsWaitedFor) {
+    ASSERT_TRUE(m_site.On(0).Connect());
+    bool bRaced = false;
+    std::wstring strLast;
+    m_site.m_recorder.m_onCall = [&](const std::wstring& strLine) {
+        if (!bRaced && strLine == L"GetFile Server.xml.bak" &&
+            strLast == L"Size Server.xml.bak") { // the read-back after the checked upload
+            bRaced = true;
+            m_site.PutOnSite(L"Server.xml.bak", Id(1));
+        }
+        strLast = strLine;
+    };
+    CCountingSleep::s_onSleep = [&] {
+        if (CCountingSleep::s_nSleeps == 2)
+            FsDeleteFile(m_site.SitePath(L"Server.xml.bak")); // the other one is done
+    };
+    m_site.On(0).LockServerFile();
+    m_site.m_recorder.m_onCall = nullptr;
+    EXPECT_TRUE(bRaced);
+    EXPECT_EQ(CCountingSleep::s_nSleeps, 2);
+    EXPECT_EQ(Holder(L"Server.xml.bak"), Id(0));
+}
+
+// With the real sleep a foreign holder is waited out for six polls of 400 ms
+// before the lock is taken: no less, however fast the server answers.
 TEST_F(FtpLocksTest, VersionLockTakeOverWaitsForReal) {
     SetFtpSleep(nullptr);
     m_site.PutOnSite(L"Server.xml.bak", Id(1));
     ASSERT_TRUE(m_site.On(0).Connect());
+    auto start = std::chrono::steady_clock::now();
     m_site.On(0).LockServerFile();
+    auto waited = std::chrono::steady_clock::now() - start;
+    EXPECT_GE(waited, std::chrono::milliseconds(2400));
     EXPECT_EQ(Holder(L"Server.xml.bak"), Id(0));
 }
 

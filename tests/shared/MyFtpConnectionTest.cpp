@@ -8,6 +8,7 @@
 #include "ftp/CurlFtpClient.h"
 
 #include "base/FileSystem.h"
+#include "base/Network.h"
 #include "base/StrUtil.h"
 
 #include <gtest/gtest.h>
@@ -79,6 +80,9 @@ TEST_F(MyFtpConnectionTest, ConnectsWithTheLoginFileRules) {
     ASSERT_TRUE(pFtp->Connect());
     EXPECT_TRUE(pFtp->DownloadFile(L" a.dwg ", m_local / L"back.dwg"));
     EXPECT_EQ(ReadBytes(m_local / L"back.dwg"), "A");
+    // The login file's mode reaches the client: the server takes both.
+    EXPECT_EQ(m_recorder.m_log.front(), L"login passive");
+    EXPECT_EQ(m_recorder.Count(L"login active"), 1);
 
     WriteLogin(L""); // no site directory: the login directory is the site
     pFtp->CloseConnection();
@@ -141,12 +145,14 @@ TEST_F(MyFtpConnectionTest, TransfersFollowTheRuleOfOneRetry) {
     EXPECT_TRUE(m_host.m_boxes.empty());
 }
 
-TEST_F(MyFtpConnectionTest, MarkerSendsUploadsThroughTheTemporaryName) {
+TEST_F(MyFtpConnectionTest, MarkerSendsUploadsThroughTheWorkstationsOwnTemporaryName) {
+    setenv("QM_HOST_ID", "10.0.0.7(设计 7)", 1);
+    EXPECT_EQ(CMyFtpConnection::TempUploadName(), L"#10.0.0.7(___7).txt");
     auto pFtp = Make(true);
     ASSERT_TRUE(pFtp->Connect());
     std::wstring strRemote = L"root.dwg";
     EXPECT_TRUE(pFtp->UploadFile(Local("R"), strRemote));
-    EXPECT_EQ(pFtp->m_strTempName, L"#.txt");
+    EXPECT_EQ(pFtp->m_strTempName, L"#10.0.0.7(___7).txt");
     EXPECT_EQ(m_recorder.Count(L"Cd "), 1); // only the one into the site
     EXPECT_EQ(ReadBytes(m_server / L"site\\root.dwg"), "R");
 
@@ -155,33 +161,37 @@ TEST_F(MyFtpConnectionTest, MarkerSendsUploadsThroughTheTemporaryName) {
     strRemote = L"sub\\a.dwg";
     EXPECT_TRUE(pFtp->UploadFile(Local("new"), strRemote));
     EXPECT_EQ(strRemote, L"sub\\a.dwg");
-    EXPECT_EQ(pFtp->m_strTempName, L"sub\\#.txt");
-    EXPECT_TRUE(Logged(L"Cd sub\\") && Logged(L"Cd /site") && Logged(L"PutFile #.txt"));
-    EXPECT_TRUE(Logged(L"Rename sub\\#.txt sub\\a.dwg"));
+    EXPECT_TRUE(Logged(L"PutFile sub\\#10.0.0.7(___7).txt"));
+    EXPECT_TRUE(Logged(L"Rename sub\\#10.0.0.7(___7).txt sub\\a.dwg"));
     EXPECT_EQ(ReadBytes(m_server / L"site\\sub\\a.dwg"), "new");
-    EXPECT_FALSE(OnServer(L"site\\sub\\#.txt") || OnServer(L"site\\#.txt"));
 
-    // Unconnected on entry: straight to the final name, and the previous
-    // upload's target goes.
+    // Unconnected on entry: the same path, and nothing else on the site changes.
     pFtp->CloseConnection();
     strRemote = L"sub\\b.dwg";
     EXPECT_TRUE(pFtp->UploadFile(Local("B"), strRemote));
     EXPECT_EQ(ReadBytes(m_server / L"site\\sub\\b.dwg"), "B");
-    EXPECT_FALSE(OnServer(L"site\\sub\\a.dwg"));
+    EXPECT_EQ(ReadBytes(m_server / L"site\\sub\\a.dwg"), "new");
+    std::vector<FS_FIND_DATA> found;
+    EXPECT_FALSE(FsFind(m_server / L"site\\#*", found) ||
+                 FsFind(m_server / L"site\\sub\\#*", found));
     EXPECT_TRUE(m_host.m_boxes.empty());
+    unsetenv("QM_HOST_ID");
 }
 
-TEST_F(MyFtpConnectionTest, FailedFirstAttemptWithMarkerLeavesTheKnownLeftovers) {
+TEST_F(MyFtpConnectionTest, RetryAfterAReconnectWithMarkerStillReplacesTheTarget) {
     WriteLogin(L""); // the refusing directory "nostore" lies in the login directory
     WriteBytes(m_server / L"nostore\\a.dwg", "old");
     auto pFtp = Make(true);
     ASSERT_TRUE(pFtp->Connect());
     std::wstring strRemote = L"nostore\\a.dwg";
-    EXPECT_TRUE(pFtp->UploadFile(Local("new"), strRemote));
-    EXPECT_FALSE(OnServer(L"nostore\\a.dwg"));
-    EXPECT_EQ(ReadBytes(m_server / L"#.txt"), "new");
+    EXPECT_FALSE(pFtp->UploadFile(Local("new"), strRemote));
+    EXPECT_EQ(ReadBytes(m_server / L"nostore\\a.dwg"), "old"); // never removed unreplaced
     EXPECT_EQ(m_recorder.Count(L"login"), 2);
-    EXPECT_TRUE(m_host.m_boxes.empty());
+    std::vector<FS_FIND_DATA> found;
+    EXPECT_FALSE(FsFind(m_server / L"#*", found));
+    ASSERT_EQ(m_host.m_boxes.size(), 1u);
+    EXPECT_EQ(m_host.m_boxes[0].strText,
+              L"文件 nostore\\a.dwg 上传失败，请确认是否被其它客户端用户调用！");
 }
 
 TEST_F(MyFtpConnectionTest, RefusedUploadIsToldOnceWithTheNameInUse) {
@@ -198,10 +208,40 @@ TEST_F(MyFtpConnectionTest, RefusedUploadIsToldOnceWithTheNameInUse) {
     auto pMarked = Make(true);
     ASSERT_TRUE(pMarked->Connect());
     EXPECT_FALSE(pMarked->UploadFile(Local("A"), strRemote));
-    EXPECT_EQ(strRemote, L"#.txt");
+    EXPECT_EQ(strRemote, L"a.dwg");
     EXPECT_EQ(m_host.m_boxes.back().strText,
-              L"文件 #.txt 上传失败，请确认是否被其它客户端用户调用！");
-    EXPECT_FALSE(OnServer(L"site\\a.dwg") || OnServer(L"site\\#.txt"));
+              L"文件 a.dwg 上传失败，请确认是否被其它客户端用户调用！");
+    EXPECT_FALSE(OnServer(L"site\\a.dwg"));
+}
+
+// The test server cuts uploads that begin with "CUTONCE" the first time and
+// "CUTALWAYS" every time, as a server killed or full mid-transfer leaves them.
+TEST_F(MyFtpConnectionTest, ShortUploadIsRemovedAndSentOnceMore) {
+    for (bool bMarker : {false, true}) {
+        auto pFtp = Make(bMarker);
+        ASSERT_TRUE(pFtp->Connect());
+        std::string bytes =
+            (bMarker ? "CUTONCE-marked-" : "CUTONCE-plain-") + std::string(4000, 'x');
+        std::wstring strRemote = L"big.dwg";
+        EXPECT_TRUE(pFtp->UploadFile(Local(bytes), strRemote)) << bMarker;
+        EXPECT_EQ(ReadBytes(m_server / L"site\\big.dwg"), bytes) << bMarker;
+        EXPECT_GE(m_recorder.Count(L"PutFile"), 2) << bMarker;
+        m_recorder.m_log.clear();
+
+        WriteBytes(m_server / L"site\\kept.dwg", "old");
+        strRemote = L"kept.dwg";
+        std::string always = "CUTALWAYS" + std::string(4000, 'y');
+        EXPECT_FALSE(pFtp->UploadFile(Local(always), strRemote)) << bMarker;
+        // Plain, the short file is gone; through the temporary name the old one stays.
+        EXPECT_EQ(OnServer(L"site\\kept.dwg"), bMarker);
+        if (bMarker) {
+            EXPECT_EQ(ReadBytes(m_server / L"site\\kept.dwg"), "old");
+        }
+        EXPECT_EQ(m_host.m_boxes.back().strText,
+                  L"文件 kept.dwg 上传失败，请确认是否被其它客户端用户调用！");
+        std::vector<FS_FIND_DATA> found;
+        EXPECT_FALSE(FsFind(m_server / L"site\\#*", found));
+    }
 }
 
 TEST_F(MyFtpConnectionTest, RemoteFileExistsFetchesTheFileTwiceWhenMissing) {
@@ -213,7 +253,7 @@ TEST_F(MyFtpConnectionTest, RemoteFileExistsFetchesTheFileTwiceWhenMissing) {
 
     m_recorder.m_log.clear();
     EXPECT_FALSE(pFtp->RemoteFileExists(L"missing.dwg"));
-    std::vector<std::wstring> expected = {L"GetFile missing.dwg", L"login", L"Cd site",
+    std::vector<std::wstring> expected = {L"GetFile missing.dwg", L"login passive", L"Cd site",
                                           L"GetFile missing.dwg"};
     EXPECT_EQ(m_recorder.m_log, expected);
     EXPECT_TRUE(m_host.m_boxes.empty());
@@ -312,3 +352,22 @@ TEST(FtpWorkstationTest, HostIdAndScratchDirectory) {
 }
 
 } // namespace
+
+// Resolving the machine's name gives a loopback address on Debian; the id
+// takes the connection's address, else an interface's, and keeps it.
+TEST_F(MyFtpConnectionTest, HostIdNamesAnAddressOtherWorkstationsCanTellApart) {
+    unsetenv("QM_HOST_ID");
+    auto pFtp = Make();
+    ASSERT_TRUE(pFtp->Connect());
+    std::wstring strId = GetLocalIP();
+    std::string strInterface;
+    if (NetGetInterfaceIPv4(strInterface)) {
+        EXPECT_EQ(strId.rfind(Utf8ToWide(strInterface) + L"(", 0), 0u) << strId;
+    }
+    EXPECT_NE(strId.rfind(L"127.", 0), 0u) << strId;
+    OfferHostAddress(L"198.51.100.9");
+    EXPECT_EQ(GetLocalIP(), strId); // once per run
+    setenv("QM_HOST_ID", "10.0.0.9(WS9)", 1);
+    EXPECT_EQ(GetLocalIP(), L"10.0.0.9(WS9)");
+    unsetenv("QM_HOST_ID");
+}

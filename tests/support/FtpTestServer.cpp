@@ -1,19 +1,50 @@
 // A real FTP server process for the tests, and a recorder of the module's FTP calls.
 #include "FtpTestServer.h"
 
+#include "base/StrUtil.h"
+#include "base/SysPath.h"
+
+#include <arpa/inet.h>
 #include <csignal>
 #include <cstdlib>
+#include <netinet/in.h>
 #include <poll.h>
+#include <pwd.h>
 #include <spawn.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
+#include <random>
 
 extern char** environ;
 
 namespace {
+
+// Kills every process below pid, found through /proc, leaves first.
+void KillDescendants(int pid) {
+    std::error_code ec;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc", ec)) {
+        std::string strName = entry.path().filename().string();
+        if (strName.find_first_not_of("0123456789") != std::string::npos)
+            continue;
+        std::string stat = ReadBytes(FromOsPath(entry.path().string() + "/stat"));
+        size_t nClose = stat.rfind(')');
+        int nParent = 0;
+        char chState = 0;
+        if (nClose == std::string::npos ||
+            std::sscanf(stat.c_str() + nClose + 1, " %c %d", &chState, &nParent) != 2 ||
+            nParent != pid)
+            continue;
+        int nChild = std::atoi(strName.c_str());
+        KillDescendants(nChild);
+        kill(nChild, SIGKILL);
+    }
+}
 
 // Reads the port the server prints once it listens; 0 on failure.
 int ReadPort(int fd) {
@@ -37,14 +68,44 @@ CFtpTestServer::~CFtpTestServer() {
     Stop();
 }
 
+// The kernel hands out the ports of its ephemeral range to every outgoing
+// connection and every passive data port of the other tests running beside
+// this one. A server that takes such a port and is restarted on it after a
+// Stop may find it taken in between: the tests then fail by lot. Ports below
+// that range are handed out to nobody unasked.
+int CFtpTestServer::PickPort() {
+    int nLow = 32768;
+    if (std::FILE* pFile = std::fopen("/proc/sys/net/ipv4/ip_local_port_range", "r")) {
+        if (std::fscanf(pFile, "%d", &nLow) != 1)
+            nLow = 32768;
+        std::fclose(pFile);
+    }
+    nLow = std::clamp(nLow, 2048, 65535);
+    static std::mt19937 s_random(static_cast<unsigned>(getpid()) ^ std::random_device{}());
+    int nFloor = std::max(1024, nLow - 12000);
+    return nFloor + static_cast<int>(s_random() % static_cast<unsigned>(nLow - nFloor));
+}
+
 bool CFtpTestServer::Start(const FTP_TEST_SERVER_OPTIONS& options) {
+    m_bVsftpd = options.bVsftpd;
+    if (m_nPort != 0)
+        return StartOn(m_nPort, options);
+    for (int nTry = 0; nTry < 20; ++nTry)
+        if (StartOn(PickPort(), options))
+            return true;
+    return false;
+}
+
+bool CFtpTestServer::StartOn(int nWantedPort, const FTP_TEST_SERVER_OPTIONS& options) {
     Stop();
+    if (options.bVsftpd)
+        return StartVsftpd(nWantedPort);
     std::string strRoot = m_root.OsPath();
     while (strRoot.size() > 1 && strRoot.back() == '/')
         strRoot.pop_back();
     if (options.bNoStoreDir)
         std::filesystem::create_directories(strRoot + "/nostore");
-    std::string strPort = std::to_string(m_nPort);
+    std::string strPort = std::to_string(nWantedPort);
     std::vector<std::string> args = {"/usr/bin/python3",
                                      QM_FTP_TEST_SERVER_SCRIPT,
                                      strRoot,
@@ -85,6 +146,8 @@ bool CFtpTestServer::Start(const FTP_TEST_SERVER_OPTIONS& options) {
 void CFtpTestServer::Stop() {
     if (m_pid <= 0)
         return;
+    if (m_bVsftpd)
+        KillDescendants(m_pid); // the sessions it forked go with it, as in a crash
     kill(m_pid, SIGKILL);
     int status = 0;
     waitpid(m_pid, &status, 0);
@@ -101,6 +164,117 @@ void CFtpTestServer::Resume() {
     if (m_pid > 0 && m_bPaused)
         kill(m_pid, SIGCONT);
     m_bPaused = false;
+}
+
+namespace {
+
+constexpr const char* kVsftpdUser = "qmftp";
+
+// Runs a program and waits for it; true on exit status 0.
+bool RunProgram(std::vector<std::string> args, const std::string& strInput = "") {
+    std::vector<char*> argv;
+    for (std::string& arg : args)
+        argv.push_back(arg.data());
+    argv.push_back(nullptr);
+    int fds[2];
+    if (pipe(fds) != 0)
+        return false;
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, fds[0], STDIN_FILENO);
+    posix_spawn_file_actions_addclose(&actions, fds[1]);
+    pid_t pid = -1;
+    int rc = posix_spawn(&pid, argv[0], &actions, nullptr, argv.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    close(fds[0]);
+    if (rc == 0 && !strInput.empty())
+        (void)!write(fds[1], strInput.data(), strInput.size());
+    close(fds[1]);
+    int status = 0;
+    return rc == 0 && waitpid(pid, &status, 0) == pid && WIFEXITED(status) &&
+           WEXITSTATUS(status) == 0;
+}
+
+// vsftpd's local user: no home of its own, a shell PAM accepts, a fixed password.
+bool EnsureVsftpdUser(const std::string& strPassword) {
+    if (getpwnam(kVsftpdUser))
+        return true;
+    return RunProgram({"/usr/sbin/useradd", "-M", "-d", "/tmp", "-s", "/bin/sh", kVsftpdUser}) &&
+           RunProgram({"/usr/sbin/chpasswd"}, std::string(kVsftpdUser) + ":" + strPassword + "\n");
+}
+
+bool Accepts(int nPort) {
+    int fd = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in addr{};
+    addr.sin_family = AF_INET;
+    addr.sin_port = htons(static_cast<uint16_t>(nPort));
+    addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    bool bOk = connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0;
+    close(fd);
+    return bOk;
+}
+
+} // namespace
+
+void CFtpTestServer::Adopt(const std::wstring& strPath) const {
+    passwd* pUser = m_bVsftpd ? getpwnam(kVsftpdUser) : nullptr;
+    if (!pUser)
+        return;
+    std::filesystem::path root = std::filesystem::path(m_root.OsPath()).lexically_normal();
+    std::filesystem::path path = std::filesystem::path(ToOsPath(strPath)).lexically_normal();
+    std::error_code ec;
+    if (std::filesystem::is_directory(path, ec))
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(path, ec))
+            (void)!chown(entry.path().c_str(), pUser->pw_uid, pUser->pw_gid);
+    for (; path.string().size() >= root.string().size() && path != path.parent_path();
+         path = path.parent_path())
+        (void)!chown(path.c_str(), pUser->pw_uid, pUser->pw_gid);
+}
+
+bool CFtpTestServer::StartVsftpd(int nWantedPort) {
+    if (geteuid() != 0 || access("/usr/sbin/vsftpd", X_OK) != 0 ||
+        !EnsureVsftpdUser(WideToUtf8(Password())))
+        return false;
+    std::string strRoot = m_root.OsPath();
+    while (strRoot.size() > 1 && strRoot.back() == '/')
+        strRoot.pop_back();
+    chmod(strRoot.c_str(), 0755);
+    Adopt(m_root.Path());
+    std::string strConf = m_conf.OsPath() + "/vsftpd.conf";
+    std::string text = "listen=YES\nlisten_ipv6=NO\nlisten_address=127.0.0.1\nbackground=NO\n"
+                       "anonymous_enable=NO\nlocal_enable=YES\nwrite_enable=YES\nlocal_umask=022\n"
+                       "chroot_local_user=YES\nallow_writeable_chroot=YES\n"
+                       "pam_service_name=vsftpd\nseccomp_sandbox=NO\npasv_address=127.0.0.1\n"
+                       "connect_from_port_20=NO\nxferlog_enable=NO\nutf8_filesystem=YES\n"
+                       "listen_port=" +
+                       std::to_string(nWantedPort) + "\nlocal_root=" + strRoot + "\n";
+    WriteBytes(FromOsPath(strConf), text);
+    std::vector<std::string> args = {"/usr/sbin/vsftpd", strConf};
+    std::vector<char*> argv = {args[0].data(), args[1].data(), nullptr};
+    posix_spawnattr_t attr;
+    posix_spawnattr_init(&attr);
+    posix_spawnattr_setflags(&attr, POSIX_SPAWN_SETPGROUP);
+    posix_spawnattr_setpgroup(&attr, 0);
+    pid_t pid = -1;
+    int rc = posix_spawn(&pid, argv[0], nullptr, &attr, argv.data(), environ);
+    posix_spawnattr_destroy(&attr);
+    if (rc != 0)
+        return false;
+    m_pid = pid;
+    for (int i = 0; i < 200; ++i) {
+        int status = 0;
+        if (waitpid(m_pid, &status, WNOHANG) == m_pid) { // it could not listen there
+            m_pid = -1;
+            return false;
+        }
+        if (Accepts(nWantedPort)) {
+            m_nPort = nWantedPort;
+            return true;
+        }
+        usleep(20000);
+    }
+    Stop();
+    return false;
 }
 
 namespace {
@@ -145,6 +319,11 @@ public:
         m_owner.Log(L"Find " + strPattern);
         return m_real->FindFiles(strPattern, found);
     }
+    bool GetFileSize(const std::wstring& strRemote, int64_t& nSize) override {
+        m_owner.Log(L"Size " + strRemote);
+        return m_real->GetFileSize(strRemote, nSize);
+    }
+    std::wstring GetLocalAddress() override { return m_real->GetLocalAddress(); }
 
 private:
     std::unique_ptr<IFtpConnection> m_real;
@@ -163,7 +342,7 @@ public:
                                                      const std::wstring& strPassword,
                                                      uint16_t nPort, bool bPassive,
                                                      std::wstring& strError) override {
-        m_owner.Log(L"login");
+        m_owner.Log(bPassive ? L"login passive" : L"login active");
         auto real =
             m_real->GetFtpConnection(strServer, strUser, strPassword, nPort, bPassive, strError);
         if (!real)

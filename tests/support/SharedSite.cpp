@@ -44,18 +44,19 @@ CCountingSleep::~CCountingSleep() {
     s_onSleep = nullptr;
 }
 
-CSharedSite::CSharedSite(CTestHost& host, int nWorkstations) : m_host(host) {
+CSharedSite::CSharedSite(CTestHost& host, int nWorkstations, const FTP_TEST_SERVER_OPTIONS& options)
+    : m_host(host) {
     HOST_SERVICES services = GetHostServices();
     services.pFtp = &m_recorder;
     SetHostServices(services);
-    m_bStarted = m_server.Start();
+    m_bStarted = m_server.Start(options);
     for (int i = 0; i < nWorkstations; ++i) {
         m_installs.push_back(std::make_unique<CTempDir>());
         std::wstring strLogin = *m_installs[i] / L"LocalData\\TzFTPLoginInfo.sys";
         FsCreateDirectory(*m_installs[i] / L"LocalData");
         WriteBytes(strLogin, "");
         WriteLoginInfo(strLogin, {L"", L"", L"127.0.0.1", std::to_wstring(m_server.Port()), L"0",
-                                  L"qm", L"secret", L"", L"", L"", L"1"});
+                                  m_server.User(), m_server.Password(), L"", L"", L"", L"1"});
         m_connections.emplace_back();
     }
 }
@@ -101,6 +102,7 @@ void CSharedSite::PutOnSite(const std::wstring& strRel, const std::string& bytes
     if (!IsDirExist(strDir))
         CreateDirPath(strDir);
     WriteBytes(SitePath(strRel), bytes);
+    m_server.Adopt(SitePath(strRel));
 }
 
 CStringArray CSharedSite::SiteLines(const std::wstring& strRel) const {

@@ -26,7 +26,7 @@ public:
 // the current one (install paths and host id) and returns its connection.
 class CSharedSite {
 public:
-    CSharedSite(CTestHost& host, int nWorkstations);
+    CSharedSite(CTestHost& host, int nWorkstations, const FTP_TEST_SERVER_OPTIONS& options = {});
     ~CSharedSite();
     bool Started() const { return m_bStarted; }
 

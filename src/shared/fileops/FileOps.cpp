@@ -89,17 +89,7 @@ bool WriteTextFile(std::wstring strPath, std::wstring strText) {
 }
 
 bool ReadLines(std::wstring strPath, CStringArray& lines, bool bKeepBlank) {
-    lines.clear();
-    CTextFile file;
-    if (!file.Open(strPath, CTextFile::modeRead))
-        return false;
-    std::wstring strLine;
-    while (file.ReadString(strLine)) {
-        strLine = StrTrim(strLine);
-        if (!strLine.empty() || bKeepBlank)
-            lines.push_back(strLine);
-    }
-    return true;
+    return ReadTextFileLines(strPath, lines, bKeepBlank);
 }
 
 bool WriteLines(std::wstring strPath, const CStringArray& lines) {

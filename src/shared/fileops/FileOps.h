@@ -1,10 +1,10 @@
 // Path text, existence tests, whole text files and directory trees shared by the whole system.
 #pragma once
 
+#include "base/StrUtil.h"
+
 #include <string>
 #include <vector>
-
-using CStringArray = std::vector<std::wstring>;
 
 // Path text. Arguments are taken by value; the edge results are relied on.
 std::wstring JoinPath(std::wstring strLeft, std::wstring strRight);
