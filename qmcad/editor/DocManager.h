@@ -3,6 +3,7 @@
 
 #include "host/HostDocuments.h"
 #include "host/db/AcDb.h"
+#include "view/ViewState.h"
 
 #include <deque>
 #include <functional>
@@ -32,6 +33,7 @@ public:
 
     std::deque<POSTED_LINE> m_posted; // lines waiting for the command loop
     int m_nWriteLocks = 0;
+    VIEW_STATE m_view; // what the drawing's window, slides and PNG files show
 
 private:
     std::wstring m_strFileName;
