@@ -157,7 +157,8 @@ bool COcctModeler::Transform(std::vector<std::string>& body, const AcGeMatrix3d&
         // general transformation that turns curves into their images.
         gp_Trsf t;
         try {
-            t = g.Trsf();
+            t.SetValues(e[0][0], e[0][1], e[0][2], e[0][3], e[1][0], e[1][1], e[1][2], e[1][3],
+                        e[2][0], e[2][1], e[2][2], e[2][3]);
             moved = BRepBuilderAPI_Transform(shape, t, true).Shape();
         } catch (const Standard_Failure&) {
             moved = BRepBuilderAPI_GTransform(shape, g, true).Shape();
@@ -246,6 +247,8 @@ bool COcctModeler::Subtract(std::vector<std::string>& body,
         cut.SetArguments(args);
         cut.SetTools(cutters);
         cut.SetRunParallel(false);
+        cut.SetUseOBB(true); // cutouts far apart are told apart by their boxes alone
+        cut.SetCheckInverted(false);
         cut.Build();
         if (!cut.IsDone() || cut.HasErrors()) {
             strError = "the boolean operation failed";
