@@ -13,8 +13,9 @@
 
 int main(int argc, char** argv) {
     if (argc < 3) {
-        std::fputs("usage: drawing_png DRAWING OUT.png [WIDTH HEIGHT] [--shaded] [--view top|seiso|...]\n",
-                   stderr);
+        std::fputs(
+            "usage: drawing_png DRAWING OUT.png [WIDTH HEIGHT] [--shaded] [--view top|seiso|...]\n",
+            stderr);
         return 2;
     }
     int nWidth = 1024, nHeight = 768;
@@ -40,7 +41,8 @@ int main(int argc, char** argv) {
     BuildDisplayList(db, view, &GetOcctModeler(), list);
     ZoomViewToExtents(list, nWidth, nHeight, view);
     CImageSurface surface;
-    PaintProjectedView(surface, ProjectDisplayList(list, view, nWidth, nHeight), RGB(255, 255, 255));
+    PaintProjectedView(surface, ProjectDisplayList(list, view, nWidth, nHeight),
+                       RGB(255, 255, 255));
     if (!WritePngFile(FromOsPath(argv[2]), surface)) {
         std::fprintf(stderr, "drawing_png: cannot write %s\n", argv[2]);
         return 1;
