@@ -34,8 +34,10 @@
 #include <gp_Trsf.hxx>
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <sstream>
 #include <unordered_map>
 
@@ -62,10 +64,37 @@ struct COcctModeler::CImpl {
         return s;
     }
 
+    // Every integer of a B-rep text is a count or an index of things that
+    // take a line each: a damaged file with a huge one would have the
+    // reader loop or allocate for ever, so such a text is refused first.
+    static bool Plausible(const std::vector<std::string>& body) {
+        const long long nLimit = 4 * static_cast<long long>(body.size()) + 64;
+        for (const std::string& line : body) {
+            const char* p = line.c_str();
+            while (*p) {
+                while (*p == ' ' || *p == '\t')
+                    ++p;
+                const char* start = p;
+                bool bInteger = *p == '-' || std::isdigit(static_cast<unsigned char>(*p));
+                while (*p && *p != ' ' && *p != '\t') {
+                    if (!std::isdigit(static_cast<unsigned char>(*p)) && !(p == start && *p == '-'))
+                        bInteger = false;
+                    ++p;
+                }
+                if (bInteger && p - start > 1 + (*start == '-') &&
+                    (p - start > 12 || std::llabs(std::atoll(start)) > nLimit))
+                    return false;
+            }
+        }
+        return true;
+    }
+
     bool Parse(const std::vector<std::string>& body, TopoDS_Shape& shape) {
         if (body.empty() || body[0].rfind("CASCADE Topology", 0) != 0)
             return false; // another kernel's data: kept, but not ours to read
         std::string text = Joined(body);
+        if (cache.count(text) == 0 && !Plausible(body))
+            return false;
         if (auto it = cache.find(text); it != cache.end()) {
             shape = it->second;
             return true;
@@ -89,7 +118,9 @@ struct COcctModeler::CImpl {
 
     void Write(const TopoDS_Shape& shape, std::vector<std::string>& body) {
         std::ostringstream out;
-        BRepTools::Write(shape, out);
+        // Without meshes: the body stays exact and small; a mesh is made when one is needed.
+        BRepTools::Write(shape, out, Standard_False, Standard_False,
+                         TopTools_FormatVersion_CURRENT);
         body.clear();
         std::istringstream in(out.str());
         // Lines as a file keeps them: no blank lines, no trailing blanks.

@@ -139,3 +139,30 @@ TEST(SolidCommands, SubtractWithAnEmptySecondSelectionOrAFailingCutLeavesThePane
     EXPECT_NE(ed.Command({L"BOX", L"0,0", L"L", L"0", L"10", L"-2"}), RTNORM);
     EXPECT_EQ(SolidsOf(ed.Db()).size(), 1u);
 }
+
+TEST(SolidModeler, DamagedBodyTextIsRefusedWithoutAHangOrACrash) {
+    COcctModeler& modeler = GetOcctModeler();
+    std::vector<std::string> body;
+    ASSERT_TRUE(modeler.MakeBox(60, 80, 2, body));
+    AcDbExtents ext;
+    ASSERT_TRUE(modeler.GetExtents(body, ext));
+    // A count that would have the reader loop for ever, a text cut short, another kernel's data.
+    auto huge = body;
+    for (std::string& line : huge)
+        if (line.rfind("TShapes ", 0) == 0)
+            line = "TShapes 900000000";
+    EXPECT_FALSE(modeler.GetExtents(huge, ext));
+    EXPECT_FALSE(modeler.GetExtents({body.begin(), body.begin() + body.size() / 2}, ext));
+    EXPECT_FALSE(modeler.GetExtents(
+        {"21200 257 2 26", "16 Autodesk AutoCAD 19 ASM 223.0.1.1930 NT 24 ..."}, ext));
+    // One character changed anywhere: a result either way, and the same answer every time.
+    for (size_t i = 0; i < body.size(); i += 7) {
+        auto damaged = body;
+        if (damaged[i].empty())
+            continue;
+        damaged[i][damaged[i].size() / 2] = '9';
+        MASS_PROPS props;
+        bool bFirst = modeler.MassProperties(damaged, props);
+        EXPECT_EQ(modeler.MassProperties(damaged, props), bFirst);
+    }
+}
