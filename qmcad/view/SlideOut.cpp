@@ -4,6 +4,7 @@
 #include "base/FileSystem.h"
 #include "ui/ClipSegment.h"
 #include "ui/SlidePainter.h"
+#include "view/StrokeFont.h"
 
 #include <png.h>
 
@@ -12,15 +13,6 @@
 #include <cmath>
 
 namespace {
-
-// The corners of a text's box on the screen, counter-clockwise from the origin.
-std::array<PX_POINT, 4> TextBox(const PX_TEXT& t) {
-    double c = std::cos(t.dAngle), s = std::sin(t.dAngle);
-    PX_POINT o = t.origin;
-    PX_POINT along{o.x + c * t.dAdvance, o.y - s * t.dAdvance};
-    PX_POINT up{-s * t.dHeight, -c * t.dHeight};
-    return {o, along, PX_POINT{along.x + up.x, along.y + up.y}, PX_POINT{o.x + up.x, o.y + up.y}};
-}
 
 // A wide line as the quadrilateral around it.
 std::array<PX_POINT, 4> WideLine(const PX_LINE& l) {
@@ -67,10 +59,12 @@ void MakeSlideOfView(const CProjectedView& view, CSlide& slide) {
         }
         vector(l.a, l.b, l.nColour);
     }
+    std::vector<std::pair<PX_POINT, PX_POINT>> strokes;
     for (const PX_TEXT& t : view.m_texts) {
-        auto box = TextBox(t);
-        for (int i = 0; i < 4; ++i)
-            vector(box[i], box[(i + 1) % 4], t.nColour);
+        strokes.clear();
+        TextStrokes(t, strokes);
+        for (const auto& [a, b] : strokes)
+            vector(a, b, t.nColour);
     }
 }
 
@@ -140,11 +134,13 @@ void PaintProjectedView(CImageSurface& surface, const CProjectedView& view, COLO
         }
         DrawLine(surface, l.a, l.b, c);
     }
+    std::vector<std::pair<PX_POINT, PX_POINT>> strokes;
     for (const PX_TEXT& t : view.m_texts) {
-        auto box = TextBox(t);
+        strokes.clear();
+        TextStrokes(t, strokes);
         COLORREF c = Lit(t.nColour, 1.0, background);
-        for (int i = 0; i < 4; ++i)
-            DrawLine(surface, box[i], box[(i + 1) % 4], c);
+        for (const auto& [a, b] : strokes)
+            DrawLine(surface, a, b, c);
     }
 }
 

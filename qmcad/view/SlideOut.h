@@ -6,12 +6,12 @@
 #include "view/ViewProjection.h"
 
 // The slide of the view: lines as vectors, facets and wide lines as filled
-// polygons, texts as the outline of their box (as the editor's quick text
-// shows them), the screen's size as the slide's. Parts off the screen are cut.
+// polygons, texts in a small stroke font (Chinese characters as
+// their cells' outlines), the screen's size as the slide's. Parts off the screen are cut.
 void MakeSlideOfView(const CProjectedView& view, CSlide& slide);
 
 // Paints the view on the surface (sized to the view): facets lit in their
-// colour, lines with their widths, texts as their boxes. Index 7 paints black
+// colour, lines with their widths, texts in the stroke font. Index 7 paints black
 // on a light background.
 void PaintProjectedView(CImageSurface& surface, const CProjectedView& view, COLORREF background);
 

@@ -35,7 +35,7 @@ void BuildKnownDrawing(CEditorHost& ed) {
     pCircle->setColorIndex(1);
     Append(pDb, pCircle);
     auto* pText = new AcDbText;
-    pText->setTextString(L"面板 A1");
+    pText->setTextString(L"面板 A1-Φ22.5");
     pText->setPosition({10, 100, 0});
     pText->setHeight(8);
     Append(pDb, pText);
