@@ -1,8 +1,8 @@
 // The reference host's documents: current and active drawing, contexts, locks and posted text.
 #pragma once
 
-#include "host/HostDocuments.h"
 #include "editor/UndoLog.h"
+#include "host/HostDocuments.h"
 #include "host/db/AcDb.h"
 #include "view/ViewState.h"
 

@@ -27,7 +27,6 @@ double Rotated(const AcGeMatrix3d& m, double angle) {
     return std::atan2(d.y, d.x);
 }
 
-
 // The block behind a reference, read in place: the block may be open elsewhere.
 const AcDbBlockTableRecord* BlockOf(AcDbObjectId id) {
     if (!id.isValid() || id.isErased())
@@ -251,7 +250,8 @@ void AcDbDimension::onAddedToDatabase(AcDbDatabase& db, bool bLoading) {
     pText->setRotation(angle);
     pText->setHorizontalMode(AcDb::kTextCenter);
     pText->setVerticalMode(AcDb::kTextBottom);
-    pText->setAlignmentPoint(mid + AcGeVector3d(-std::sin(angle), std::cos(angle), 0) * (dHeight * 0.4));
+    pText->setAlignmentPoint(mid +
+                             AcGeVector3d(-std::sin(angle), std::cos(angle), 0) * (dHeight * 0.4));
     pText->setPosition(pText->alignmentPoint());
     if (pBlock->appendAcDbEntity(pText) == Acad::eOk)
         pText->close();
