@@ -322,6 +322,16 @@ bool COcctModeler::MassProperties(const std::vector<std::string>& body, MASS_PRO
     return true;
 }
 
+bool COcctModeler::GetMassProps(const std::vector<std::string>& body, double& volume,
+                                AcGePoint3d& centroid) {
+    MASS_PROPS props;
+    if (!MassProperties(body, props))
+        return false;
+    volume = props.dVolume;
+    centroid = props.centroid;
+    return true;
+}
+
 bool COcctModeler::Mesh(const std::vector<std::string>& body, std::vector<DL_TRIANGLE>& triangles) {
     std::string key = CImpl::Joined(body);
     if (auto it = m_p->meshes.find(key); it != m_p->meshes.end()) {

@@ -31,6 +31,8 @@ public:
     bool GetExtents(const std::vector<std::string>& body, AcDbExtents& ext) override;
     bool Transform(std::vector<std::string>& body, const AcGeMatrix3d& m) override;
     bool MakeBox(double dx, double dy, double dz, std::vector<std::string>& body) override;
+    bool GetMassProps(const std::vector<std::string>& body, double& volume,
+                      AcGePoint3d& centroid) override;
     bool Mesh(const std::vector<std::string>& body, std::vector<DL_TRIANGLE>& triangles) override;
     bool VisibleEdges(const std::vector<std::string>& body, const AcGeVector3d& direction,
                       std::vector<DL_LINE>& edges) override;

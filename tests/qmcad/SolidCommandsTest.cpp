@@ -59,7 +59,13 @@ TEST(SolidCommands, BoxByCornerAndLengthsStandsOnTheCornerAndGoesDownForANegativ
     EXPECT_NEAR(ext.maxPoint().y, 820, 1e-6);
     EXPECT_NEAR(ext.minPoint().z, -2, 1e-6);
     EXPECT_NEAR(ext.maxPoint().z, 0, 1e-6);
-    EXPECT_NEAR(VolumeOf(solids[0]), 600.0 * 800 * 2, 1e-6);
+    double volume = 0;
+    AcGePoint3d centroid;
+    acdbWithObject<AcDb3dSolid>(solids[0],
+                                [&](const AcDb3dSolid& s) { s.getMassProp(volume, centroid); });
+    EXPECT_NEAR(volume, 600.0 * 800 * 2, 1e-6);
+    EXPECT_NEAR(centroid.x, 310, 1e-9);
+    EXPECT_NEAR(centroid.z, -1, 1e-9);
 }
 
 namespace {

@@ -280,6 +280,11 @@ Acad::ErrorStatus AcDb3dSolid::getGeomExtents(AcDbExtents& ext) const {
     return p && p->GetExtents(m_body, ext) ? Acad::eOk : Acad::eInvalidExtents;
 }
 
+Acad::ErrorStatus AcDb3dSolid::getMassProp(double& volume, AcGePoint3d& centroid) const {
+    IAcDbSolidModeler* p = acdbSolidModeler();
+    return p && p->GetMassProps(m_body, volume, centroid) ? Acad::eOk : Acad::eNotApplicable;
+}
+
 Acad::ErrorStatus AcDb3dSolid::transformBy(const AcGeMatrix3d& m) {
     IAcDbSolidModeler* p = acdbSolidModeler();
     return p && p->Transform(m_body, m) ? Acad::eOk : Acad::eNotApplicable;

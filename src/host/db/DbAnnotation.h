@@ -193,6 +193,11 @@ public:
     virtual bool GetExtents(const std::vector<std::string>& body, AcDbExtents& ext) = 0;
     virtual bool Transform(std::vector<std::string>& body, const AcGeMatrix3d& m) = 0;
     virtual bool MakeBox(double dx, double dy, double dz, std::vector<std::string>& body) = 0;
+    // Volume and centre of mass; false when the kernel can't tell.
+    virtual bool GetMassProps(const std::vector<std::string>& /*body*/, double& /*volume*/,
+                              AcGePoint3d& /*centroid*/) {
+        return false;
+    }
 };
 // The kernel the host registers; without one solids keep their data but
 // can't be made, measured or moved (null).
@@ -209,6 +214,7 @@ public:
     void setBody(std::vector<std::string> body) { m_body = std::move(body); }
     Acad::ErrorStatus getGeomExtents(AcDbExtents& ext) const override;
     Acad::ErrorStatus transformBy(const AcGeMatrix3d& m) override;
+    Acad::ErrorStatus getMassProp(double& volume, AcGePoint3d& centroid) const;
 
 private:
     std::vector<std::string> m_body; // the kernel's text, one line per entry
