@@ -105,6 +105,7 @@ public:
         : m_position(pos), m_blockId(blockId) {}
     const wchar_t* dxfName() const override { return L"INSERT"; }
     AcDbObject* clone() const override;
+    AcDbObject* journalCopy() const override { return new AcDbBlockReference(*this); }
     AcDbObjectId blockTableRecord() const { return m_blockId; }
     void setBlockTableRecord(AcDbObjectId id) { m_blockId = id; }
     AcGePoint3d position() const { return m_position; }
@@ -147,6 +148,9 @@ public:
     AcDbObjectId dimensionStyle() const { return m_styleId; }
     void setDimensionStyle(AcDbObjectId id) { m_styleId = id; }
     AcDbObjectId dimBlockId() const { return m_blockId; }
+    // The measured distance: along the rotation for a rotated dimension,
+    // point to point for an aligned one; without the linear scale factor.
+    double measurement() const;
     void setDimBlockId(AcDbObjectId id) { m_blockId = id; }
     Acad::ErrorStatus getGeomExtents(AcDbExtents& ext) const override;
     Acad::ErrorStatus transformBy(const AcGeMatrix3d& m) override;
@@ -189,9 +193,14 @@ public:
     virtual bool GetExtents(const std::vector<std::string>& body, AcDbExtents& ext) = 0;
     virtual bool Transform(std::vector<std::string>& body, const AcGeMatrix3d& m) = 0;
     virtual bool MakeBox(double dx, double dy, double dz, std::vector<std::string>& body) = 0;
+    // Volume and centre of mass; false when the kernel can't tell.
+    virtual bool GetMassProps(const std::vector<std::string>& /*body*/, double& /*volume*/,
+                              AcGePoint3d& /*centroid*/) {
+        return false;
+    }
 };
-// The kernel the host registers; without one a built-in stand-in handles
-// axis-aligned boxes only.
+// The kernel the host registers; without one solids keep their data but
+// can't be made, measured or moved (null).
 void acdbSetSolidModeler(IAcDbSolidModeler* pModeler);
 IAcDbSolidModeler* acdbSolidModeler();
 
@@ -205,6 +214,7 @@ public:
     void setBody(std::vector<std::string> body) { m_body = std::move(body); }
     Acad::ErrorStatus getGeomExtents(AcDbExtents& ext) const override;
     Acad::ErrorStatus transformBy(const AcGeMatrix3d& m) override;
+    Acad::ErrorStatus getMassProp(double& volume, AcGePoint3d& centroid) const;
 
 private:
     std::vector<std::string> m_body; // the kernel's text, one line per entry
