@@ -1,5 +1,6 @@
 // Command bodies of the frame: the browser starts and the hand-over fall-throughs.
 #include "app/entry/Commands.h"
+#include "panel/PanelCommands.h"
 
 #include "app/EditorServices.h"
 #include "app/LibState.h"
@@ -167,13 +168,13 @@ void CmdLaySketchOpen() {
 void CmdMoveHole() {}
 
 void CmdDrawPanel() {
-    NotYetAvailable(L"DrawPanel");
+    DrawPanel();
 }
 void CmdDimHole() {
-    NotYetAvailable(L"DimHole");
+    DimHole();
 }
 void CmdEditPanel() {
-    NotYetAvailable(L"EditPanel");
+    EditPanel();
 }
 void CmdMakeSld() {
     NotYetAvailable(L"MakeSld");
@@ -191,10 +192,10 @@ void CmdShowSldDlg() {
     NotYetAvailable(L"ShowSldDlg");
 }
 void CmdTz3dView() {
-    NotYetAvailable(L"Tz3dView");
+    Tz3dView();
 }
 void CmdTz2dView() {
-    NotYetAvailable(L"Tz2dView");
+    Tz2dView();
 }
 void CmdLaySketchMakeSld() {
     NotYetAvailable(L"LaySketchMakeSld");
