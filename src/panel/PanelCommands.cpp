@@ -64,8 +64,8 @@ AcDbObjectIdArray FinishPanel(AcDbDatabase* pDb, AcDbEntity* pSolid, const CDlgD
     AcGePoint3d ptCentroid;
     SolidCentroid(pSolid, ptCentroid);
     PANEL_PARTS parts =
-        BuildPanelParts(pDb, ptCentroid, g_dPanelLength, g_dPanelWidth, g_dPanelThick,
-                        g_dDrawRatio, dlg.m_nAxisX, dlg.m_nAxisY, dlg.m_nAxisZ);
+        BuildPanelParts(pDb, ptCentroid, g_dPanelLength, g_dPanelWidth, g_dPanelThick, g_dDrawRatio,
+                        dlg.m_nAxisX, dlg.m_nAxisY, dlg.m_nAxisZ);
     WritePanelRecord(pDb, pSolid, g_dPanelLength * g_dDrawRatio, g_dPanelWidth * g_dDrawRatio,
                      g_dPanelThick * g_dDrawRatio, parts);
     AcDbObjectIdArray ids = {pSolid->objectId()};
@@ -286,8 +286,8 @@ bool PickDimPoints(std::vector<CDimPointOfEnt>& arr) {
     while (arr.size() < 2) {
         AcDbObjectId id;
         AcGePoint3d pt;
-        int nResult = acedEntSel(arr.empty() ? L"\n请选择标注实体:" : L"\n请选择另一个标注实体:",
-                                 id, pt);
+        int nResult =
+            acedEntSel(arr.empty() ? L"\n请选择标注实体:" : L"\n请选择另一个标注实体:", id, pt);
         if (nResult == RTCAN)
             return false;
         CDimPointOfEnt rec;
