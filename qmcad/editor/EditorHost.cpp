@@ -356,4 +356,5 @@ void CEditorHost::AddNativeCommands() {
     AddDrawingCommands(*this);
     AddViewCommands(*this);
     AddFileCommands(*this);
+    AddExportCommands(*this);
 }

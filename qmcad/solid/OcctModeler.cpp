@@ -157,7 +157,10 @@ bool COcctModeler::Transform(std::vector<std::string>& body, const AcGeMatrix3d&
         // general transformation that turns curves into their images.
         gp_Trsf t;
         try {
-            t = g.Trsf();
+            // SetValues accepts only a rotation with a uniform scale; gp_GTrsf::Trsf() would
+            // refuse every matrix given by its parts.
+            t.SetValues(e[0][0], e[0][1], e[0][2], e[0][3], e[1][0], e[1][1], e[1][2], e[1][3],
+                        e[2][0], e[2][1], e[2][2], e[2][3]);
             moved = BRepBuilderAPI_Transform(shape, t, true).Shape();
         } catch (const Standard_Failure&) {
             moved = BRepBuilderAPI_GTransform(shape, g, true).Shape();
@@ -263,6 +266,10 @@ bool COcctModeler::Subtract(std::vector<std::string>& body,
         strError = e.GetMessageString() ? e.GetMessageString() : "the kernel failed";
         return false;
     }
+}
+
+bool COcctModeler::ToShape(const std::vector<std::string>& body, TopoDS_Shape& shape) {
+    return m_p->Parse(body, shape);
 }
 
 bool COcctModeler::MassProperties(const std::vector<std::string>& body, MASS_PROPS& props) {
