@@ -1,6 +1,7 @@
 // Command bodies of the frame: the browser starts and the hand-over fall-throughs.
 #include "app/entry/Commands.h"
 #include "panel/PanelCommands.h"
+#include "panel/views/DlgDrawPanelWindow.h"
 
 #include "app/EditorServices.h"
 #include "app/LibState.h"
@@ -168,12 +169,14 @@ void CmdLaySketchOpen() {
 void CmdMoveHole() {}
 
 void CmdDrawPanel() {
+    InstallPanelViews();
     DrawPanel();
 }
 void CmdDimHole() {
     DimHole();
 }
 void CmdEditPanel() {
+    InstallPanelViews();
     EditPanel();
 }
 void CmdMakeSld() {
