@@ -35,12 +35,23 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <sstream>
 #include <unordered_map>
 
 struct COcctModeler::CImpl {
     // Parsed bodies by their text: a drawing asks for the same body many times.
     std::unordered_map<std::string, TopoDS_Shape> cache;
+    // Meshes and visible edges by body text (and direction): a window paints them again and again.
+    std::unordered_map<std::string, std::vector<DL_TRIANGLE>> meshes;
+    std::unordered_map<std::string, std::vector<DL_LINE>> edges;
+
+    template <class V>
+    static void Remember(std::unordered_map<std::string, V>& map, std::string key, const V& value) {
+        if (map.size() > 256)
+            map.clear();
+        map.emplace(std::move(key), value);
+    }
 
     static std::string Joined(const std::vector<std::string>& body) {
         std::string s;
@@ -157,8 +168,6 @@ bool COcctModeler::Transform(std::vector<std::string>& body, const AcGeMatrix3d&
         // general transformation that turns curves into their images.
         gp_Trsf t;
         try {
-            // SetValues accepts only a rotation with a uniform scale; gp_GTrsf::Trsf() would
-            // refuse every matrix given by its parts.
             t.SetValues(e[0][0], e[0][1], e[0][2], e[0][3], e[1][0], e[1][1], e[1][2], e[1][3],
                         e[2][0], e[2][1], e[2][2], e[2][3]);
             moved = BRepBuilderAPI_Transform(shape, t, true).Shape();
@@ -249,6 +258,8 @@ bool COcctModeler::Subtract(std::vector<std::string>& body,
         cut.SetArguments(args);
         cut.SetTools(cutters);
         cut.SetRunParallel(false);
+        cut.SetUseOBB(true); // cutouts far apart are told apart by their boxes alone
+        cut.SetCheckInverted(false);
         cut.Build();
         if (!cut.IsDone() || cut.HasErrors()) {
             strError = "the boolean operation failed";
@@ -285,9 +296,15 @@ bool COcctModeler::MassProperties(const std::vector<std::string>& body, MASS_PRO
 }
 
 bool COcctModeler::Mesh(const std::vector<std::string>& body, std::vector<DL_TRIANGLE>& triangles) {
+    std::string key = CImpl::Joined(body);
+    if (auto it = m_p->meshes.find(key); it != m_p->meshes.end()) {
+        triangles.insert(triangles.end(), it->second.begin(), it->second.end());
+        return true;
+    }
     TopoDS_Shape shape;
     if (!m_p->Parse(body, shape))
         return false;
+    size_t nFirst = triangles.size();
     try {
         BRepMesh_IncrementalMesh(shape, Deflection(shape), false, 0.3, false);
         for (TopExp_Explorer x(shape, TopAbs_FACE); x.More(); x.Next()) {
@@ -318,6 +335,8 @@ bool COcctModeler::Mesh(const std::vector<std::string>& body, std::vector<DL_TRI
                 triangles.push_back(d);
             }
         }
+        CImpl::Remember(m_p->meshes, std::move(key),
+                        std::vector<DL_TRIANGLE>(triangles.begin() + nFirst, triangles.end()));
         return true;
     } catch (const Standard_Failure&) {
         return false;
@@ -326,9 +345,17 @@ bool COcctModeler::Mesh(const std::vector<std::string>& body, std::vector<DL_TRI
 
 bool COcctModeler::VisibleEdges(const std::vector<std::string>& body, const AcGeVector3d& direction,
                                 std::vector<DL_LINE>& edges) {
+    char dir[96];
+    std::snprintf(dir, sizeof dir, "|%.17g,%.17g,%.17g", direction.x, direction.y, direction.z);
+    std::string key = CImpl::Joined(body) + dir;
+    if (auto it = m_p->edges.find(key); it != m_p->edges.end()) {
+        edges.insert(edges.end(), it->second.begin(), it->second.end());
+        return true;
+    }
     TopoDS_Shape shape;
     if (!m_p->Parse(body, shape))
         return false;
+    size_t nFirst = edges.size();
     try {
         VIEW_AXES axes = ViewAxes(direction);
         gp_Ax2 ax(gp_Pnt(0, 0, 0), gp_Dir(axes.z.x, axes.z.y, axes.z.z),
@@ -347,6 +374,8 @@ bool COcctModeler::VisibleEdges(const std::vector<std::string>& body, const AcGe
             for (TopExp_Explorer x(part, TopAbs_EDGE); x.More(); x.Next())
                 AddCurve(TopoDS::Edge(x.Current()), defl, ax, edges);
         }
+        CImpl::Remember(m_p->edges, std::move(key),
+                        std::vector<DL_LINE>(edges.begin() + nFirst, edges.end()));
         return true;
     } catch (const Standard_Failure&) {
         return false;

@@ -4,6 +4,7 @@
 
 #include "base/Format.h"
 #include "base/StrUtil.h"
+#include "solid/OcctModeler.h"
 
 #include <gtest/gtest.h>
 
@@ -161,4 +162,61 @@ TEST(Explode, AReferenceBecomesItsEntitiesPlacedAndNestedReferencesStayReference
     EXPECT_FALSE(pTable->has(L"OUTER"));
     EXPECT_TRUE(pTable->has(L"INNER"));
     pTable->close();
+}
+
+namespace {
+
+double PanelVolume(AcDbDatabase* pDb) {
+    double volume = 0;
+    for (AcDbEntity* pEnt : Live(pDb))
+        if (auto* pSolid = dynamic_cast<AcDb3dSolid*>(pEnt)) {
+            AcDbExtents ext;
+            pSolid->getGeomExtents(ext);
+            if (ext.maxPoint().x - ext.minPoint().x > 50) {
+                MASS_PROPS props;
+                GetOcctModeler().MassProperties(pSolid->body(), props);
+                volume = props.dVolume;
+            }
+        }
+    return volume;
+}
+
+} // namespace
+
+// The plan and 3D view scripts as a module command sends them, each line one call.
+TEST(UndoCommand, TheThreeDViewScriptCutsInsideAnOpenGroupAndThePlanScriptTakesItBack) {
+    CEditorTestHost host;
+    CEditorHost& ed = host.m_editor;
+    ed.Command({L"BOX", L"0,0", L"L", L"100", L"100", L"-2"});
+    ed.Command({L"BOX", L"10,10", L"L", L"10", L"10", L"-5"});
+    auto ents = Live(ed.Db());
+    std::wstring panel = ents[0]->objectId().handle().text();
+    std::wstring hole = ents[1]->objectId().handle().text();
+    auto plan = [&] {
+        ed.Command({L"UNDO", L"E"});
+        ed.Command({L"UNDO", L""});
+        ed.Command({L"_.shademode", L"_2D"});
+        ed.Command({L"_.-view", L"_top"});
+    };
+    ed.m_commands.AddNative(L"PLANVIEW", plan);
+    ed.m_commands.AddNative(L"CUTVIEW", [&] {
+        plan();
+        ed.m_vars.Set(L"GRIDMODE", SYSVAR_VALUE::Short(0));
+        ed.Command({L"UNDO", L"BE"});
+        ed.Command({L"_subtract", panel, L"", hole, L""});
+        ed.Command({L"_.shademode", L"_g"});
+        ed.Command({L"3dorbit"});
+    });
+    ed.Command({L"SETVAR", L"GRIDMODE", L"1"}); // the user's last step before the 3D view
+    host.Run({L"CUTVIEW"});
+    EXPECT_NEAR(PanelVolume(ed.Db()), 20000 - 200, 1e-6);
+    EXPECT_EQ(ed.m_vars.Short(L"GRIDMODE"), 0);
+    host.Run({L"CUTVIEW"}); // again: the same picture, not a double cut
+    EXPECT_NEAR(PanelVolume(ed.Db()), 20000 - 200, 1e-6);
+    EXPECT_EQ(Live(ed.Db()).size(), 1u);
+    host.Run({L"PLANVIEW"});
+    EXPECT_NEAR(PanelVolume(ed.Db()), 20000, 1e-6);
+    EXPECT_EQ(Live(ed.Db()).size(), 2u);
+    EXPECT_EQ(ed.m_vars.Short(L"GRIDMODE"), 0); // set outside the group: stays
+    EXPECT_TRUE(ed.Doc()->m_view.IsPlan());
 }

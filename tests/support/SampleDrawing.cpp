@@ -147,7 +147,7 @@ void BuildSampleDrawing(AcDbDatabase& db) {
     AppendToModelSpace(db, pAligned);
 
     auto* pSolid = new AcDb3dSolid;
-    pSolid->createBox(40, 20, 2);
+    pSolid->setBody({"QM_TEST_BODY 40 20 2", "opaque to every reader"});
     SetXData(AppendToModelSpace(db, pSolid),
              Chain({acutNewStringRb(1001, L"3dHolePanel"), acutNewStringRb(1000, L"")}));
 

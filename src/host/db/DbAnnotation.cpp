@@ -27,40 +27,6 @@ double Rotated(const AcGeMatrix3d& m, double angle) {
     return std::atan2(d.y, d.x);
 }
 
-// The stand-in body: "QM_BOX x0 y0 z0 x1 y1 z1", an axis-aligned box.
-class CBoxModeler : public IAcDbSolidModeler {
-public:
-    bool GetExtents(const std::vector<std::string>& body, AcDbExtents& ext) override {
-        double v[6];
-        if (body.size() != 1 || std::sscanf(body[0].c_str(), "QM_BOX %lf %lf %lf %lf %lf %lf",
-                                            &v[0], &v[1], &v[2], &v[3], &v[4], &v[5]) != 6)
-            return false;
-        ext = AcDbExtents(AcGePoint3d(v[0], v[1], v[2]), AcGePoint3d(v[3], v[4], v[5]));
-        return true;
-    }
-    bool Transform(std::vector<std::string>& body, const AcGeMatrix3d& m) override {
-        AcDbExtents ext;
-        if (!GetExtents(body, ext))
-            return false;
-        ext.transformBy(m);
-        Write(ext.minPoint(), ext.maxPoint(), body);
-        return true;
-    }
-    bool MakeBox(double dx, double dy, double dz, std::vector<std::string>& body) override {
-        Write(AcGePoint3d(-dx / 2, -dy / 2, -dz / 2), AcGePoint3d(dx / 2, dy / 2, dz / 2), body);
-        return true;
-    }
-
-private:
-    static void Write(const AcGePoint3d& a, const AcGePoint3d& b, std::vector<std::string>& body) {
-        char buf[200];
-        std::snprintf(buf, sizeof buf, "QM_BOX %.17g %.17g %.17g %.17g %.17g %.17g", a.x, a.y, a.z,
-                      b.x, b.y, b.z);
-        body.assign(1, buf);
-    }
-};
-
-CBoxModeler g_boxModeler;
 
 // The block behind a reference, read in place: the block may be open elsewhere.
 const AcDbBlockTableRecord* BlockOf(AcDbObjectId id) {
@@ -77,7 +43,7 @@ void acdbSetSolidModeler(IAcDbSolidModeler* p) {
 }
 
 IAcDbSolidModeler* acdbSolidModeler() {
-    return g_pModeler ? g_pModeler : &g_boxModeler;
+    return g_pModeler;
 }
 
 Acad::ErrorStatus AcDbText::getGeomExtents(AcDbExtents& ext) const {
@@ -275,6 +241,10 @@ void AcDbDimension::onAddedToDatabase(AcDbDatabase& db, bool bLoading) {
     double angle = std::atan2(dir.y, dir.x);
     if (angle > M_PI / 2 + 1e-9 || angle <= -M_PI / 2 + 1e-9)
         angle += angle > 0 ? -M_PI : M_PI; // texts read from below or from the right
+    // An angle that comes back the same from the file, which keeps degrees.
+    const double kDeg = M_PI / 180.0;
+    for (int i = 0; i < 4 && (angle / kDeg) * kDeg != angle; ++i)
+        angle = (angle / kDeg) * kDeg;
     AcGePoint3d mid((f1.x + f2.x) / 2, (f1.y + f2.y) / 2, (f1.z + f2.z) / 2);
     pText->setTextString(std::wstring(strValue.begin(), strValue.end()));
     pText->setHeight(dHeight);
@@ -299,16 +269,18 @@ Acad::ErrorStatus AcDb3dSolid::createBox(double dx, double dy, double dz) {
     if (!(dx > 0 && dy > 0 && dz > 0))
         return Acad::eInvalidInput;
     std::vector<std::string> body;
-    if (!acdbSolidModeler()->MakeBox(dx, dy, dz, body))
+    if (!acdbSolidModeler() || !acdbSolidModeler()->MakeBox(dx, dy, dz, body))
         return Acad::eNotApplicable;
     m_body = std::move(body);
     return Acad::eOk;
 }
 
 Acad::ErrorStatus AcDb3dSolid::getGeomExtents(AcDbExtents& ext) const {
-    return acdbSolidModeler()->GetExtents(m_body, ext) ? Acad::eOk : Acad::eInvalidExtents;
+    IAcDbSolidModeler* p = acdbSolidModeler();
+    return p && p->GetExtents(m_body, ext) ? Acad::eOk : Acad::eInvalidExtents;
 }
 
 Acad::ErrorStatus AcDb3dSolid::transformBy(const AcGeMatrix3d& m) {
-    return acdbSolidModeler()->Transform(m_body, m) ? Acad::eOk : Acad::eNotApplicable;
+    IAcDbSolidModeler* p = acdbSolidModeler();
+    return p && p->Transform(m_body, m) ? Acad::eOk : Acad::eNotApplicable;
 }

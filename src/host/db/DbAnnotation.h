@@ -194,8 +194,8 @@ public:
     virtual bool Transform(std::vector<std::string>& body, const AcGeMatrix3d& m) = 0;
     virtual bool MakeBox(double dx, double dy, double dz, std::vector<std::string>& body) = 0;
 };
-// The kernel the host registers; without one a built-in stand-in handles
-// axis-aligned boxes only.
+// The kernel the host registers; without one solids keep their data but
+// can't be made, measured or moved (null).
 void acdbSetSolidModeler(IAcDbSolidModeler* pModeler);
 IAcDbSolidModeler* acdbSolidModeler();
 

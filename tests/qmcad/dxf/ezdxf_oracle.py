@@ -88,7 +88,7 @@ def ours_to_ezdxf():
     check("dimension text", dims[0].dxf.text, "<>mm")
     check("dimension points", tuple(dims[1].dxf.defpoint3), (30.0, 40.0, 0.0))
     solid = msp.query("3DSOLID")[0]
-    check("solid body", solid.sat, ["QM_BOX -20 -10 -1 20 10 1"])
+    check("solid body", solid.sat, ["QM_TEST_BODY 40 20 2", "opaque to every reader"])
     block = doc.blocks.get("SYM按钮")
     line = block.query("LINE")[0]
     check("block line", (line.dxf.layer, line.dxf.color, line.dxf.lineweight, line.dxf.ltscale),
