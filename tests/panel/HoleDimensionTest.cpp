@@ -2,12 +2,14 @@
 #include "panel/HoleDimension.h"
 
 #include "DbBuilders.h"
+#include "SolidKernel.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
 AcDbObjectId AddPanel(AcDbDatabase& db, double x0, double y0, double x1, double y1) {
+    UseSolidKernel();
     auto* pSolid = new AcDb3dSolid();
     EXPECT_EQ(pSolid->createBox(x1 - x0, y1 - y0, 2.0), Acad::eOk);
     pSolid->transformBy(

@@ -9,6 +9,7 @@
 #include "panel/PanelRecord.h"
 
 #include "DbBuilders.h"
+#include "SolidKernel.h"
 #include "TestHost.h"
 
 #include <gtest/gtest.h>
@@ -18,6 +19,7 @@
 namespace {
 
 AcDbObjectId AddBox(AcDbDatabase& db, double x0, double y0, double x1, double y1, bool bPanel) {
+    UseSolidKernel();
     auto* pSolid = new AcDb3dSolid();
     EXPECT_EQ(pSolid->createBox(x1 - x0, y1 - y0, 2.0), Acad::eOk);
     pSolid->transformBy(

@@ -4,6 +4,7 @@
 #include "drawingdata/Records.h"
 
 #include "DbBuilders.h"
+#include "SolidKernel.h"
 
 #include <gtest/gtest.h>
 
@@ -59,6 +60,7 @@ TEST(PanelRecord, PartsStandAroundTheCentroidWithRealSizeTexts) {
 }
 
 TEST(PanelRecord, RecordHoldsSizesThenHandlesAndMarksThePanel) {
+    UseSolidKernel();
     AcDbDatabase db;
     auto* pSolid = new AcDb3dSolid();
     ASSERT_EQ(pSolid->createBox(10, 10, 1), Acad::eOk);
