@@ -7,6 +7,8 @@
 #include "dwg/DwgCodec.h"
 #include "editor/EditorHost.h"
 #include "ftp/CurlFtpClient.h"
+#include "solid/OcctModeler.h"
+#include "solid/PanelExport.h"
 #include "suite/SuiteConfig.h"
 #include "suite/SuiteLabelNames.h"
 #include "suite/SuiteMainLib.h"
@@ -37,7 +39,7 @@ struct OPTIONS {
 
 int Usage() {
     std::fputs("usage: qmcad [--console] [--demo DIR] [--config FILE] [--script FILE] "
-               "[--module PATH] [FILE.dwg]\n",
+               "[--module PATH] [FILE.dwg]\n       qmcad --export-panels DRAWING DIR\n",
                stderr);
     return 2;
 }
@@ -125,9 +127,29 @@ void OpenStartDocument(CEditorHost& editor, CConsoleUi& ui, std::string strOpen)
     editor.m_docs.NewDocument();
 }
 
+// qmcad --export-panels DRAWING DIR: the workshop's files of every panel, without a window.
+int ExportPanelsBatch(const char* pszDrawing, const char* pszDir) {
+    acdbSetFileCodec(&GetDxfCodec());
+    acdbSetSolidModeler(&GetOcctModeler());
+    AcDbDatabase db(false, true);
+    std::wstring strDrawing = FromOsPath(pszDrawing);
+    if (db.readDwgFile(strDrawing.c_str()) != Acad::eOk) {
+        std::fprintf(stderr, "qmcad: cannot read the drawing %s\n", pszDrawing);
+        return 1;
+    }
+    std::vector<std::wstring> lines;
+    int nWritten = ExportPanels(db, pszDir, lines);
+    for (const std::wstring& strLine : lines)
+        std::printf("%s\n", WideToUtf8(strLine).c_str());
+    std::printf("qmcad: %d panel(s) exported\n", nWritten);
+    return nWritten > 0 ? 0 : 1;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
+    if (argc == 4 && std::string(argv[1]) == "--export-panels")
+        return ExportPanelsBatch(argv[2], argv[3]);
     OPTIONS opt;
     if (!ParseOptions(argc, argv, opt))
         return Usage();

@@ -384,4 +384,5 @@ void CEditorHost::AddNativeCommands() {
     AddDrawingCommands(*this);
     AddViewCommands(*this);
     AddFileCommands(*this);
+    AddExportCommands(*this);
 }

@@ -11,6 +11,8 @@ void AddDrawingCommands(CEditorHost& editor);
 void AddViewCommands(CEditorHost& editor);
 // NEW, OPEN, QSAVE, SAVE, SAVEAS, CLOSE.
 void AddFileCommands(CEditorHost& editor);
+// PANELEXPORT: cut plates as STEP and flat DXF files.
+void AddExportCommands(CEditorHost& editor);
 
 #include <string>
 // A dimension's value as the editor shows it: two decimals without trailing zeros.

@@ -310,6 +310,10 @@ bool COcctModeler::Subtract(std::vector<std::string>& body,
     }
 }
 
+bool COcctModeler::ToShape(const std::vector<std::string>& body, TopoDS_Shape& shape) {
+    return m_p->Parse(body, shape);
+}
+
 bool COcctModeler::MassProperties(const std::vector<std::string>& body, MASS_PROPS& props) {
     TopoDS_Shape shape;
     if (!m_p->Parse(body, shape))

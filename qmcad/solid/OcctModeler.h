@@ -18,6 +18,8 @@ struct PROFILE_SEGMENT {
     bool bCounterClockwise = true;
 };
 
+class TopoDS_Shape;
+
 struct MASS_PROPS {
     double dVolume = 0.0;
     AcGePoint3d centroid;
@@ -46,6 +48,8 @@ public:
     bool Subtract(std::vector<std::string>& body,
                   const std::vector<const std::vector<std::string>*>& tools, std::string& strError);
     bool MassProperties(const std::vector<std::string>& body, MASS_PROPS& props);
+    // The kernel's shape of a body, for exporters.
+    bool ToShape(const std::vector<std::string>& body, TopoDS_Shape& shape);
 
 private:
     struct CImpl;

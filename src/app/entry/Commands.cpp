@@ -1,5 +1,7 @@
 // Command bodies of the frame: the browser starts and the hand-over fall-throughs.
 #include "app/entry/Commands.h"
+#include "panel/PanelCommands.h"
+#include "panel/views/DlgDrawPanelWindow.h"
 
 #include "app/EditorServices.h"
 #include "app/LibState.h"
@@ -167,13 +169,15 @@ void CmdLaySketchOpen() {
 void CmdMoveHole() {}
 
 void CmdDrawPanel() {
-    NotYetAvailable(L"DrawPanel");
+    InstallPanelViews();
+    DrawPanel();
 }
 void CmdDimHole() {
-    NotYetAvailable(L"DimHole");
+    DimHole();
 }
 void CmdEditPanel() {
-    NotYetAvailable(L"EditPanel");
+    InstallPanelViews();
+    EditPanel();
 }
 void CmdMakeSld() {
     NotYetAvailable(L"MakeSld");
@@ -191,10 +195,10 @@ void CmdShowSldDlg() {
     NotYetAvailable(L"ShowSldDlg");
 }
 void CmdTz3dView() {
-    NotYetAvailable(L"Tz3dView");
+    Tz3dView();
 }
 void CmdTz2dView() {
-    NotYetAvailable(L"Tz2dView");
+    Tz2dView();
 }
 void CmdLaySketchMakeSld() {
     NotYetAvailable(L"LaySketchMakeSld");
