@@ -20,12 +20,8 @@ std::wstring WithBackslash(std::wstring strPath) {
 }
 
 CStringArray SubDirNames(const std::wstring& strPath) {
-    std::vector<FS_FIND_DATA> found;
-    FsFind(JoinPath(strPath, L"*.*"), found);
     CSortStringArray names;
-    for (const FS_FIND_DATA& entry : found)
-        if (entry.bDirectory && entry.strName != L"." && entry.strName != L"..")
-            names.push_back(entry.strName);
+    FsListSubdirectories(strPath, names);
     names.Sort();
     return names;
 }
