@@ -503,6 +503,7 @@ bool CLibBrowserWindow::RunNameDialog(CCirNewDlg& dlg) {
     auto* pCancel = new CButtonST(QStringLiteral("取消"));
     pOK->SetIcon(box.style()->standardIcon(QStyle::SP_DialogOkButton));
     pCancel->SetIcon(box.style()->standardIcon(QStyle::SP_DialogCancelButton));
+    pOK->setDefault(true); // Enter confirms the name
     pButtons->addWidget(pOK);
     pButtons->addWidget(pCancel);
     pLayout->addLayout(pButtons);
