@@ -238,8 +238,9 @@ void CCircuitLibDlg::ReloadList() {
 
 void CCircuitLibDlg::LoadList() {
     for (int i = 0; i < kCellsPerPage; ++i) {
-        CELL_CONTENT cell = CellOfItem(-1, false);
-        m_pView->SetCell(i, cell);
+        CELL_CONTENT cell = m_cells[i];
+        cell.strLabel.clear();
+        SetCell(i, cell);
     }
     if (!IsCurDirUsable())
         return;
@@ -307,10 +308,15 @@ CELL_CONTENT CCircuitLibDlg::CellOfItem(int nIndex, bool bSelected) const {
     return cell;
 }
 
+void CCircuitLibDlg::SetCell(int nCell, const CELL_CONTENT& content) {
+    m_cells[nCell] = content;
+    m_pView->SetCell(nCell, content);
+}
+
 void CCircuitLibDlg::InvalidateCells() {
     for (int i = 0; i < kCellsPerPage; ++i) {
         int nIndex = m_Names.empty() ? -1 : GetCellNameIndex(i, m_nPage);
-        m_pView->SetCell(i, CellOfItem(nIndex, i == m_nCell));
+        SetCell(i, CellOfItem(nIndex, i == m_nCell));
     }
 }
 
@@ -396,7 +402,7 @@ void CCircuitLibDlg::SelectCell(int nCell) {
     if (nCell < 0 || nCell >= kCellsPerPage)
         return;
     int nIndex = m_Names.empty() ? -1 : GetCellNameIndex(nCell, m_nPage);
-    std::wstring strSlide = CellOfItem(nIndex, false).strSlide;
+    const std::wstring& strSlide = m_cells[nCell].strSlide;
     if (GetFileName(strSlide).size() < 4)
         return; // an empty cell
     if (nIndex < static_cast<int>(m_Names.size()) && m_nCell != nCell) {

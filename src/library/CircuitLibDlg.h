@@ -3,6 +3,7 @@
 
 #include "app/ModelessWindow.h"
 #include "library/LibBrowserView.h"
+#include "library/LibraryListOrder.h"
 #include "library/LibraryRules.h"
 
 #include <map>
@@ -164,6 +165,7 @@ private:
     void SetSelection(const std::vector<int>& selected, int nMakeVisible);
     void SelectFirstItem();
     void InvalidateCells();
+    void SetCell(int nCell, const CELL_CONTENT& content);
     CELL_CONTENT CellOfItem(int nIndex, bool bSelected) const;
     void FollowList();
     void SelectCell(int nCell);
@@ -182,6 +184,7 @@ private:
     std::unique_ptr<ILibBrowserView> m_pView;
     LIB_BROWSER_KIND m_kind;
     std::vector<int> m_selection;
+    CELL_CONTENT m_cells[kCellsPerPage]; // what each cell's control holds
     int m_nScrollMin = 0, m_nScrollMax = 0, m_nScrollPos = 0;
     std::map<int, DIR_TREE_NODE> m_tree;
     int m_nTreeRoot = 0;

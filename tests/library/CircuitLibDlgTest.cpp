@@ -161,6 +161,14 @@ TEST_F(CircuitLibDlgTest, CellsSelectSearchTurnsThePageAndRightClickEnlargesOnly
     EXPECT_EQ(ops.m_strLog, L"enlarge 17.dwg;delete 1;");
     EXPECT_TRUE(dlg.PreTranslateMessage(true, true, false, false)); // Enter is swallowed
     SetLibItemOperations(nullptr);
+
+    // A directory gone from the disk: the list keeps what it held, the labels go.
+    std::wstring strSlide = view.m_cells[0].strSlide;
+    DeleteDirTree(HoleRoot() + L"按钮");
+    dlg.ReloadList();
+    EXPECT_EQ(view.m_list.size(), 20u);
+    EXPECT_EQ(view.m_cells[0].strLabel, L"");
+    EXPECT_EQ(view.m_cells[0].strSlide, strSlide);
 }
 
 TEST_F(CircuitLibDlgTest, InsertChecksTheFieldsThenHidesFillsTheRecordAndPosts) {

@@ -51,6 +51,7 @@ QLineEdit* ReadOnlyEdit() {
 CLibBrowserDialog::CLibBrowserDialog(QWidget* pParent, const LIB_BROWSER_TEXTS& texts)
     : QDialog(pParent, Qt::Window) {
     setWindowTitle(Q(texts.strTitle));
+    setWindowIcon(style()->standardIcon(QStyle::SP_DirIcon));
     setModal(false);
     setAttribute(Qt::WA_DeleteOnClose, false);
     auto* pLayout = new QHBoxLayout(this);
