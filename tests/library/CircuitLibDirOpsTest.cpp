@@ -217,3 +217,25 @@ TEST_F(SharedDirOpsTest, DeleteCommitsTheTreeBeforeTrashingIt) {
         return s.rfind(L"InstallHole\\按钮\\|", 0) == 0 && s.ends_with(L"|DEL");
     }));
 }
+
+TEST_F(CircuitLibDirOpsTest, LayoutBrowserMirrorsIntoTheHoleLibraryAndKeepsRenameOffTheSite) {
+    CreateDirPath(Twin(L"配电柜\\低压"));
+    g_LayoutLib.strRoot = m_host.m_strLocal;
+    g_LayoutLib.g_nFtpMode = 1; // no connection object: the browser falls back to mode 2
+    auto pView = std::make_unique<CRecordingLibView>();
+    CRecordingLibView& view = *pView;
+    CLaySketchLibDlg dlg(g_LayoutLib, nullptr, std::move(pView));
+    ASSERT_TRUE(dlg.Create());
+    EXPECT_EQ(view.m_texts.strTitle, L"屏面布置图库管理");
+    EXPECT_EQ(g_LayoutLib.g_nFtpMode, 2);
+    g_LayoutLib.g_nFtpMode = 1;
+    view.m_menuAnswers = {IDM_DIR_SYNC_LAYOUT};
+    dlg.OnRclickTree(view.TreeItem(L"配电柜"));
+    auto rename = std::find_if(view.m_lastMenu.begin(), view.m_lastMenu.end(),
+                               [](const MENU_ENTRY& e) { return e.nId == IDM_DIR_RENAME; });
+    ASSERT_NE(rename, view.m_lastMenu.end());
+    EXPECT_TRUE(rename->bGrayed);
+    EXPECT_EQ(view.m_lastMenu.back().strText, L"目录同步到开孔图库");
+    EXPECT_TRUE(FsIsDirectory(HoleRoot() + L"配电柜\\低压"));
+    g_LayoutLib = CLibState();
+}
