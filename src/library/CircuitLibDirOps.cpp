@@ -108,8 +108,23 @@ void CCircuitLibDlg::FillTree() {
     }
     m_nTreeRoot = InsertTreeItem(0, strRoot);
     FillTreeChildren(m_nTreeRoot);
+    SelectCurrentDirectory();
     m_tree[m_nTreeRoot].bExpanded = true;
     m_pView->TreeExpand(m_nTreeRoot, true);
+}
+
+// The process's current directory is selected when it is one of the items just made.
+void CCircuitLibDlg::SelectCurrentDirectory() {
+    std::wstring strCwd = StrTrimRight(FsGetCurrentDirectory(), L"\\");
+    std::vector<int> items = m_tree[m_nTreeRoot].children;
+    items.insert(items.begin(), m_nTreeRoot);
+    for (int nItem : items) {
+        if (!strCwd.empty() && EqualsNoCase(TreeItemPath(nItem), strCwd)) {
+            m_pView->TreeSelect(nItem);
+            OnSelchangedTree(nItem);
+            return;
+        }
+    }
 }
 
 // An expanded item reads its children anew; a collapsed one drops them.

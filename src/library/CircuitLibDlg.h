@@ -154,6 +154,7 @@ private:
     void ReadHistory();
     void WriteHistory();
     void FillTree();
+    void SelectCurrentDirectory();
     int InsertTreeItem(int nParent, const std::wstring& strText);
     void FillTreeChildren(int nItem);
     void RemoveTreeChildren(int nItem);

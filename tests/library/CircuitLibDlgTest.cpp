@@ -4,8 +4,11 @@
 
 #include "base/FileSystem.h"
 #include "base/StrUtil.h"
+#include "base/SysPath.h"
 #include "editor/DocManager.h"
 #include "settings/HistoryDataOprt.h"
+
+#include <unistd.h>
 
 namespace {
 
@@ -272,4 +275,15 @@ TEST_F(CircuitLibDlgTest, ExitRemembersTheDirectoryCloseForgetsAndANewItemArrive
     CHistoryDataOprt after;
     after.GetText(7, strDir);
     EXPECT_EQ(strDir, L"风扇");
+}
+
+TEST_F(CircuitLibDlgTest, TheProcesssCurrentDirectoryIsSelectedWhenItIsInTheTree) {
+    AddNumberedItems(L"仪表\\", 2);
+    SetLastDir(L"已删除的目录");
+    std::wstring strOld = FsGetCurrentDirectory();
+    ASSERT_EQ(::chdir(ToOsPath(HoleRoot() + L"仪表").c_str()), 0);
+    Open();
+    ASSERT_EQ(::chdir(ToOsPath(strOld).c_str()), 0);
+    EXPECT_EQ(m_pView->m_tree[m_pView->m_nTreeSel].strText, L"仪表");
+    EXPECT_EQ(m_pView->m_list.size(), 2u);
 }
