@@ -15,6 +15,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
+#include <QToolButton>
 
 namespace {
 
@@ -95,7 +96,12 @@ TEST_F(LibBrowserWindowTest, OpensOnTheFrameClicksSelectAndInsertComesBackThroug
 
     pDialog->grab().save(QString::fromStdString(QM_SCREENSHOT_DIR "/library-browser.png"));
 
+    auto* pUp = pDialog->findChild<QToolButton*>(QStringLiteral("countUp"));
+    ASSERT_NE(pUp, nullptr);
+    QTest::mouseClick(pUp, Qt::LeftButton);
+    QTest::mouseClick(pUp, Qt::LeftButton);
     QTest::mouseClick(Button(IDC_BTN_INSERT), Qt::LeftButton);
+    EXPECT_EQ(g_HoleLib.nCount, 3);
     EXPECT_FALSE(pDialog->isVisible());
     EXPECT_EQ(Posted(), L"(Command)\nDrawingInsert\n");
     EXPECT_EQ(GetFileName(g_HoleLib.strDwgFile), L"急停按钮.dwg");

@@ -24,10 +24,12 @@
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QSignalBlocker>
-#include <QSpinBox>
 #include <QStyle>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <QWheelEvent>
+
+#include <algorithm>
 
 namespace {
 
@@ -42,6 +44,30 @@ QLineEdit* ReadOnlyEdit() {
     auto* pEdit = new QLineEdit;
     pEdit->setReadOnly(true);
     return pEdit;
+}
+
+// The count's spinner: its arrows step the number within 1 to 100; typing is free,
+// and the insert button judges what was typed.
+QHBoxLayout* CountWithSpinner(QLineEdit* pEdit) {
+    auto* pRow = new QHBoxLayout;
+    pRow->setSpacing(0);
+    pRow->addWidget(pEdit);
+    auto* pArrows = new QVBoxLayout;
+    pArrows->setSpacing(0);
+    for (int nStep : {1, -1}) {
+        auto* pArrow = new QToolButton;
+        pArrow->setObjectName(nStep > 0 ? QStringLiteral("countUp") : QStringLiteral("countDown"));
+        pArrow->setArrowType(nStep > 0 ? Qt::UpArrow : Qt::DownArrow);
+        pArrow->setFixedSize(16, 12);
+        pArrow->setAutoRepeat(true);
+        QObject::connect(pArrow, &QToolButton::clicked, pEdit, [pEdit, nStep] {
+            int nValue = std::clamp(pEdit->text().toInt() + nStep, 1, 100);
+            pEdit->setText(QString::number(nValue));
+        });
+        pArrows->addWidget(pArrow);
+    }
+    pRow->addLayout(pArrows);
+    return pRow;
 }
 
 } // namespace
@@ -138,7 +164,7 @@ QWidget* CLibBrowserDialog::BuildFields(const LIB_BROWSER_TEXTS& texts) {
     pGrid->addWidget(new QLabel(QStringLiteral("当前图纸图形比例:")), 0, 2);
     pGrid->addWidget(addEdit(IDC_EDIT_DWGSCALE, true), 0, 3);
     pGrid->addWidget(addEdit(IDC_LABEL_COUNT, true), 1, 0);
-    pGrid->addWidget(addEdit(IDC_EDIT_COUNT, false), 1, 1);
+    pGrid->addLayout(CountWithSpinner(addEdit(IDC_EDIT_COUNT, false)), 1, 1);
     pGrid->addWidget(addEdit(IDC_LABEL_SCALE, true), 1, 2);
     pGrid->addWidget(addEdit(IDC_EDIT_SCALE, false), 1, 3);
     auto* pExplode = new QCheckBox(Q(texts.strExplode));
