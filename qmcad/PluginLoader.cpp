@@ -10,7 +10,9 @@ constexpr int kUnloadAppMsg = 2;
 
 bool CPluginLoader::Load(const std::string& osPath, const HOST_SERVICES& services) {
     Unload();
-    m_pHandle = ::dlopen(osPath.c_str(), RTLD_NOW | RTLD_LOCAL);
+    // A module's windows may outlive its unload (the layout browser stays open
+    // on purpose) and belong to the frame until it goes: its code stays mapped.
+    m_pHandle = ::dlopen(osPath.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     if (!m_pHandle) {
         const char* err = ::dlerror();
         m_strError = err ? err : "cannot open " + osPath;

@@ -123,6 +123,29 @@ bool FsFind(const std::wstring& strPattern, std::vector<FS_FIND_DATA>& found) {
     return found.empty() ? FailWith(ENOENT) : true;
 }
 
+bool FsListSubdirectories(const std::wstring& strDir, std::vector<std::wstring>& names) {
+    names.clear();
+    std::string osDir = ToOsPath(strDir);
+    DIR* dir = ::opendir(osDir.c_str());
+    if (!dir)
+        return Fail();
+    if (osDir.back() != '/')
+        osDir += '/';
+    while (dirent* ent = ::readdir(dir)) {
+        std::string_view name = ent->d_name;
+        if (name == "." || name == "..")
+            continue;
+        bool bDir = ent->d_type == DT_DIR;
+        struct stat st;
+        if ((ent->d_type == DT_UNKNOWN || ent->d_type == DT_LNK) && Stat(osDir + ent->d_name, st))
+            bDir = S_ISDIR(st.st_mode);
+        if (bDir)
+            names.push_back(Utf8ToWide(name));
+    }
+    ::closedir(dir);
+    return true;
+}
+
 bool FsExists(const std::wstring& strPath) {
     struct stat st;
     return Stat(ToOsPath(strPath), st) || Fail();

@@ -26,6 +26,9 @@ bool FsMatchWildcard(std::wstring_view strPattern, std::wstring_view strName,
 // element. A pattern ending in a backslash finds nothing; a directory
 // searched with "*.*" lists "." and "..". Returns false when nothing matched.
 bool FsFind(const std::wstring& strPattern, std::vector<FS_FIND_DATA>& found);
+// The names of the subdirectories of a directory, without "." and "..", in
+// no order; cheaper than a search, since files are not looked at one by one.
+bool FsListSubdirectories(const std::wstring& strDir, std::vector<std::wstring>& names);
 
 bool FsExists(const std::wstring& strPath);
 bool FsIsDirectory(const std::wstring& strPath);

@@ -76,10 +76,13 @@ public:
 
     void Sort(CStringArray& names) {
         std::vector<NAME_ENTRY> entries = m_names;
-        for (size_t i = 0; i < entries.size(); ++i)
-            for (size_t j = i + 1; j < entries.size(); ++j)
-                if (MustSwap(entries[i], entries[j]))
-                    std::swap(entries[i], entries[j]);
+        if (!SortByTotalOrder(entries)) {
+            entries = m_names;
+            for (size_t i = 0; i < entries.size(); ++i)
+                for (size_t j = i + 1; j < entries.size(); ++j)
+                    if (MustSwap(entries[i], entries[j]))
+                        std::swap(entries[i], entries[j]);
+        }
         CStringArray sorted;
         sorted.reserve(names.size());
         for (const NAME_ENTRY& entry : entries)
@@ -88,6 +91,32 @@ public:
     }
 
 private:
+    // When the pair rule is a strict total order on these names, the exchange
+    // sort can only end in the one sorted order, which n log n reaches too:
+    // no empty element, dashes on all elements or none (so no pair is cut),
+    // one key per spelling, and no two names alike. False leaves the
+    // exchange to decide, ties and all.
+    bool SortByTotalOrder(std::vector<NAME_ENTRY>& entries) const {
+        if (m_elements.empty())
+            return true;
+        bool bDash = m_elements.front().bInnerDash;
+        std::map<std::pair<uint64_t, uint64_t>, int> foldOfKey;
+        for (const PATH_ELEMENT& element : m_elements) {
+            if (element.bEmpty || element.bInnerDash != bDash)
+                return false;
+            auto [it, bNew] =
+                foldOfKey.try_emplace({element.full.nHigh, element.full.nLow}, element.nFoldId);
+            if (!bNew && it->second != element.nFoldId)
+                return false;
+        }
+        auto less = [this](const NAME_ENTRY& a, const NAME_ENTRY& b) { return MustSwap(b, a); };
+        std::sort(entries.begin(), entries.end(), less);
+        for (size_t i = 1; i < entries.size(); ++i)
+            if (!less(entries[i - 1], entries[i]))
+                return false;
+        return true;
+    }
+
     static int Compare(const PATH_ELEMENT& a, const PATH_ELEMENT& b) {
         if (a.bEmpty)
             return 1;

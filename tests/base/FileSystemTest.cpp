@@ -4,6 +4,7 @@
 
 #include "TestHost.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -94,4 +95,17 @@ TEST(FileSystem, LocksHeldByAnotherOpenFileAreSeen) {
     EXPECT_TRUE(FsIsLockedElsewhere(dir / L"held.dwg"));
     ::close(fd);
     EXPECT_FALSE(FsIsLockedElsewhere(dir / L"held.dwg"));
+}
+
+TEST(FileSystem, SubdirectoryListingSkipsFilesAndTheDotEntries) {
+    CTempDir dir;
+    FsCreateDirectory(dir / L"目录");
+    FsCreateDirectory(dir / L"b");
+    WriteBytes(dir / L"a.dwg", "x");
+    std::vector<std::wstring> names;
+    ASSERT_TRUE(FsListSubdirectories(dir.Path(), names));
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ(names, (std::vector<std::wstring>{L"b", L"目录"}));
+    EXPECT_FALSE(FsListSubdirectories(dir / L"none", names));
+    EXPECT_TRUE(names.empty());
 }

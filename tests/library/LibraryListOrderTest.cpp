@@ -6,7 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
+#include <set>
 
 namespace {
 
@@ -85,6 +87,32 @@ TEST(LibraryListOrder, ParsedSortGivesTheExchangeSortsResult) {
         ExchangeSort(expected);
         SortByLabel(names);
         ASSERT_EQ(names, expected) << nRound;
+    }
+}
+
+TEST(LibraryListOrder, LargeListsWithoutTiesKeepTheExchangeSortsOrder) {
+    // Distinct labels, all with a dash or none, a few directory levels: the
+    // order the quick path must reach, checked against the exchange itself.
+    std::mt19937 rng(5);
+    std::uniform_int_distribution<int> number(0, 400), letters(0, 5), depth(0, 2);
+    const wchar_t* kLetters[] = {L"KM", L"QF", L"按钮", L"sb", L"HL", L"电表"};
+    for (bool bDash : {false, true}) {
+        std::set<std::wstring> unique;
+        while (unique.size() < 400) {
+            std::wstring name;
+            for (int d = depth(rng); d > 0; --d)
+                name += std::wstring(kLetters[letters(rng)]) + std::to_wstring(number(rng) % 3) +
+                        (bDash ? L"-1\\" : L"\\");
+            name += std::wstring(kLetters[letters(rng)]) + std::to_wstring(number(rng)) +
+                    (bDash ? L"-" + std::to_wstring(number(rng) % 4) : L"") + L".dwg";
+            unique.insert(name);
+        }
+        CStringArray names(unique.begin(), unique.end());
+        std::shuffle(names.begin(), names.end(), rng);
+        CStringArray expected = names;
+        ExchangeSort(expected);
+        SortByLabel(names);
+        EXPECT_EQ(names, expected) << bDash;
     }
 }
 

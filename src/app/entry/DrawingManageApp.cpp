@@ -5,6 +5,8 @@
 #include "app/ModelessWindow.h"
 #include "app/entry/Commands.h"
 #include "host/HostServices.h"
+#include "library/LibraryFtp.h"
+#include "library/views/LibBrowserFactory.h"
 
 namespace {
 constexpr const wchar_t* kGroup = L"TzDrawingManage";
@@ -38,6 +40,10 @@ const STRUCT_ARXCOMMAND g_arxCommands[] = {
 const int g_nArxCommands = static_cast<int>(std::size(g_arxCommands));
 
 AcRx::AppRetCode CDrawingManageApp::On_kInitAppMsg(void* pkt) {
+    SetBrowserFactory(g_HoleLib,
+                      [] { return MakeCircuitLibDlg(g_HoleLib, GetLibraryFtp(g_HoleFtp)); });
+    SetBrowserFactory(g_LayoutLib,
+                      [] { return MakeLaySketchLibDlg(g_LayoutLib, GetLibraryFtp(g_LayoutFtp)); });
     return AcRxArxApp::On_kInitAppMsg(pkt);
 }
 

@@ -1,0 +1,30 @@
+// The browsers' factories: presenter and window joined, parented to acedGetAcadFrame.
+#include "library/views/LibBrowserFactory.h"
+
+#include "host/HostEditor.h"
+#include "library/CircuitLibDlg.h"
+#include "library/views/LibBrowserWindow.h"
+
+#include <QApplication>
+
+namespace {
+
+template <class BROWSER> IModelessWindow* MakeBrowser(CLibState& state, CMyFtpConnection* pFtp) {
+    if (!QApplication::instance())
+        return nullptr;
+    auto pWindow = std::make_unique<CLibBrowserWindow>(acedGetAcadFrame());
+    CLibBrowserWindow* pView = pWindow.get();
+    auto* pBrowser = new BROWSER(state, pFtp, std::move(pWindow));
+    pView->Attach(pBrowser);
+    return pBrowser;
+}
+
+} // namespace
+
+IModelessWindow* MakeCircuitLibDlg(CLibState& state, CMyFtpConnection* pFtp) {
+    return MakeBrowser<CCircuitLibDlg>(state, pFtp);
+}
+
+IModelessWindow* MakeLaySketchLibDlg(CLibState& state, CMyFtpConnection* pFtp) {
+    return MakeBrowser<CLaySketchLibDlg>(state, pFtp);
+}
