@@ -6,6 +6,9 @@
 #include "dxf/DxfCodec.h"
 #include "editor/EditorHost.h"
 #include "ftp/CurlFtpClient.h"
+#include "gui/GuiUi.h"
+#include "gui/MainWindow.h"
+#include "gui/Screenshots.h"
 #include "suite/SuiteConfig.h"
 #include "suite/SuiteLabelNames.h"
 #include "suite/SuiteMainLib.h"
@@ -28,12 +31,13 @@ struct OPTIONS {
     std::string strConfigFile = CSuiteConfig::DefaultConfigFile();
     std::string strScript;
     std::string strModule;
+    std::string strScreenshots;
     bool bConsole = false;
 };
 
 int Usage() {
     std::fputs("usage: qmcad [--console] [--demo DIR] [--config FILE] [--script FILE] "
-               "[--module PATH]\n",
+               "[--module PATH] [--screenshots DIR]\n",
                stderr);
     return 2;
 }
@@ -55,6 +59,8 @@ bool ParseOptions(int argc, char** argv, OPTIONS& opt) {
             opt.strScript = argv[++i];
         else if (arg == "--module")
             opt.strModule = argv[++i];
+        else if (arg == "--screenshots")
+            opt.strScreenshots = argv[++i];
         else
             return false;
     }
@@ -91,17 +97,26 @@ bool HasDisplay() {
 
 // Windows exist in every mode so that dialogs can be driven and tested; without
 // a screen to show them on (or when asked for the console) they live offscreen.
-void ChooseWindowPlatform(const OPTIONS& opt) {
-    if (std::getenv("QT_QPA_PLATFORM"))
-        return; // the user's choice stands
-    bool bOffscreen = opt.bConsole || !opt.strScript.empty() || !HasDisplay();
-    if (!bOffscreen)
-        return;
-    if (opt.strScript.empty() && !opt.bConsole)
-        std::fputs("qmcad: no display (DISPLAY is not set): windows stay offscreen, "
-                   "commands run on this terminal\n",
-                   stdout);
+// True when the desktop's main window is to be shown.
+bool ChooseWindowPlatform(const OPTIONS& opt) {
+    if (!opt.strScreenshots.empty()) {
+        ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+        return false;
+    }
+    if (opt.bConsole || !opt.strScript.empty()) {
+        if (!std::getenv("QT_QPA_PLATFORM"))
+            ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+        return false;
+    }
+    if (const char* platform = std::getenv("QT_QPA_PLATFORM"))
+        return std::strcmp(platform, "offscreen") != 0; // the user's choice stands
+    if (HasDisplay())
+        return true;
+    std::fputs("qmcad: no display (DISPLAY and WAYLAND_DISPLAY are not set): the command line "
+               "runs on this terminal, windows stay offscreen\n",
+               stdout);
     ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    return false;
 }
 
 } // namespace
@@ -110,7 +125,8 @@ int main(int argc, char** argv) {
     OPTIONS opt;
     if (!ParseOptions(argc, argv, opt))
         return Usage();
-    ChooseWindowPlatform(opt);
+    bool bDesktop = ChooseWindowPlatform(opt);
+    bool bScreenshots = !opt.strScreenshots.empty();
     QApplication app(argc, argv);
     acdbSetFileCodec(&GetDxfCodec()); // drawings are DXF files whatever their names
     CSuiteConfig config;
@@ -126,11 +142,16 @@ int main(int argc, char** argv) {
         }
     }
 
-    CConsoleUi ui;
-    CEditorHost editor(ui);
+    CConsoleUi consoleUi;
+    CGuiUi guiUi;
+    bool bWindow = bDesktop || bScreenshots;
+    CEditorHost editor(bWindow ? static_cast<IHostUi&>(guiUi) : consoleUi);
     QWidget frame; // the parent of the module's windows; the console shows none of its own
     frame.setWindowTitle(QStringLiteral("qmcad"));
     editor.m_pFrame = &frame;
+    std::unique_ptr<CMainWindow> pWindow;
+    if (bWindow)
+        pWindow = std::make_unique<CMainWindow>(editor, guiUi); // the frame from now on
     HOST_SERVICES services = editor.Services();
     services.pInstallPaths = &config;
     CCurlFtpClient ftp;
@@ -150,18 +171,28 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "qmcad: %s\n", module.LastError().c_str());
         return 1;
     }
+    if (bScreenshots) {
+        bool bOk = WriteScreenshots(*pWindow, editor, opt.strScreenshots);
+        module.Unload();
+        SetHostServices(HOST_SERVICES{});
+        return bOk ? 0 : 1;
+    }
     CConsoleInput terminal(STDIN_FILENO);
     CEditorHost::LineSource source;
-    if (pScript) {
+    if (pWindow) {
+        pWindow->show();
+        source = [&](std::wstring& strLine) { return pWindow->Read(strLine); };
+    } else if (pScript) {
         source = [&](std::wstring& strLine) { return pScript->Read(strLine); };
     } else {
         source = [&](std::wstring& strLine) { return terminal.Read(strLine); };
         editor.m_docs.m_onPosted = [&] { terminal.Wake(); };
     }
-    editor.SetSource(source, pScript || !::isatty(STDIN_FILENO));
+    editor.SetSource(source, !pWindow && (pScript || !::isatty(STDIN_FILENO)));
     editor.RunLoop();
     editor.m_docs.m_onPosted = nullptr;
     module.Unload();
+    pWindow.reset();
     SetHostServices(HOST_SERVICES{});
     return 0;
 }

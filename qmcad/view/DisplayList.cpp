@@ -37,6 +37,7 @@ public:
             if (auto* pEnt = Live<AcDbEntity>(id))
                 Entity(*pEnt, m, nByBlock, nDepth);
     }
+    void Add(const AcDbEntity& ent, const AcGeMatrix3d& m) { Entity(ent, m, 7, 0); }
 
 private:
     void ReadLayers();
@@ -399,4 +400,19 @@ void BuildDisplayList(AcDbDatabase& db, const VIEW_STATE& view, ISolidViewGeomet
     if (!pSpace)
         return;
     CBuilder(db, view, pSolids, list).Block(*pSpace, AcGeMatrix3d(), 7, 0);
+}
+
+void BuildEntitiesDisplayList(AcDbDatabase& db, const VIEW_STATE& view, ISolidViewGeometry* pSolids,
+                              const AcDbObjectIdArray& ids, const AcGeMatrix3d& m,
+                              CDisplayList& list, std::vector<DL_STARTS>* pStarts) {
+    list.Clear();
+    if (pStarts)
+        pStarts->clear();
+    CBuilder builder(db, view, pSolids, list);
+    for (AcDbObjectId id : ids) {
+        if (pStarts)
+            pStarts->push_back({list.m_lines.size(), list.m_texts.size()});
+        if (auto* pEnt = Live<AcDbEntity>(id))
+            builder.Add(*pEnt, m);
+    }
 }

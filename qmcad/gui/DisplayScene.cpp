@@ -1,0 +1,179 @@
+// Display list to pixels: rebuilt when the drawing changes, projected per paint, drawn by QPainter.
+#include "gui/DisplayScene.h"
+
+#include <QColor>
+#include <QFont>
+#include <QFontMetricsF>
+#include <QLineF>
+#include <QPainter>
+#include <QPolygonF>
+#include <QString>
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <vector>
+
+namespace {
+
+double SegmentDistance(const PX_POINT& a, const PX_POINT& b, double x, double y) {
+    double vx = b.x - a.x, vy = b.y - a.y, len2 = vx * vx + vy * vy;
+    double t = len2 > 0 ? std::clamp(((x - a.x) * vx + (y - a.y) * vy) / len2, 0.0, 1.0) : 0;
+    return std::hypot(a.x + t * vx - x, a.y + t * vy - y);
+}
+
+// Inside the text's box along its baseline, or the distance to that box's outline.
+double TextDistance(const PX_TEXT& t, double x, double y) {
+    double c = std::cos(t.dAngle), s = std::sin(t.dAngle);
+    double u = (x - t.origin.x) * c - (y - t.origin.y) * s;  // along the baseline
+    double v = -(x - t.origin.x) * s - (y - t.origin.y) * c; // up the characters
+    if (u >= 0 && u <= t.dAdvance && v >= 0 && v <= t.dHeight)
+        return 0;
+    double du = u < 0 ? -u : u > t.dAdvance ? u - t.dAdvance : 0;
+    double dv = v < 0 ? -v : v > t.dHeight ? v - t.dHeight : 0;
+    return std::hypot(du, dv);
+}
+
+const QFont& TextFont() {
+    static const QFont font = [] {
+        QFont f(QStringLiteral("WenQuanYi Micro Hei"));
+        f.setPixelSize(100); // drawn at one size and scaled: exact at any zoom
+        return f;
+    }();
+    return font;
+}
+
+} // namespace
+
+QColor IndexColour(short nColour) {
+    unsigned rgb = AciToRgb(nColour);
+    return QColor((rgb >> 16) & 0xFF, (rgb >> 8) & 0xFF, rgb & 0xFF);
+}
+
+const CDisplayList& CDisplayScene::List(const VIEW_STATE& view, bool bKeepEdges) {
+    AcDbDatabase* pDb = m_getDatabase();
+    bool bEdgesStale = m_bHasSolidEdges && !bKeepEdges &&
+                       (view.direction.x != m_builtView.direction.x ||
+                        view.direction.y != m_builtView.direction.y ||
+                        view.direction.z != m_builtView.direction.z);
+    if (m_bValid && pDb == m_pBuiltFor && view.eShade == m_builtView.eShade && !bEdgesStale)
+        return m_list;
+    m_list.Clear();
+    if (pDb)
+        BuildDisplayList(*pDb, view, m_pSolids, m_list);
+    m_bValid = true;
+    m_pBuiltFor = pDb;
+    m_builtView = view;
+    // Only wireframe edges of solids depend on the direction.
+    m_bHasSolidEdges = view.eShade == SHADE_MODE::Wireframe2d && m_pSolids && pDb;
+    return m_list;
+}
+
+void CDisplayScene::Paint(QPainter& painter, const VIEW_STATE& view, int nWidth, int nHeight,
+                          bool bKeepEdges) {
+    PaintProjectedView(painter, ProjectDisplayList(List(view, bKeepEdges), view, nWidth, nHeight));
+}
+
+bool CDisplayScene::HitTest(const VIEW_STATE& view, int nWidth, int nHeight, double sx, double sy,
+                            double dTolerance, AcDbObjectId& id) {
+    AcDbDatabase* pDb = m_getDatabase();
+    if (!pDb)
+        return false;
+    AcDbObjectIdArray ids;
+    acdbWithObject<AcDbBlockTableRecord>(pDb->modelSpaceId(), [&](AcDbBlockTableRecord& space) {
+        AcDbBlockTableRecordIterator* pIter = nullptr;
+        if (space.newIterator(pIter) != Acad::eOk)
+            return;
+        for (; !pIter->done(); pIter->step())
+            ids.push_back(pIter->getEntityId());
+        delete pIter;
+    });
+    // Solids are measured by their box's edges: a pick needs no hidden lines.
+    CDisplayList list;
+    std::vector<DL_STARTS> starts;
+    BuildEntitiesDisplayList(*pDb, view, nullptr, ids, AcGeMatrix3d(), list, &starts);
+    starts.push_back({list.m_lines.size(), list.m_texts.size()});
+    VIEW_STATE fixed = view;
+    if (fixed.dHeight <= 0)
+        fixed.dHeight = nHeight; // never here: the view is zoomed before it takes picks
+    CProjectedView px = ProjectDisplayList(list, fixed, nWidth, nHeight);
+    double dBest = dTolerance;
+    bool bFound = false;
+    for (size_t i = 0; i < ids.size(); ++i) {
+        double d = 1e300;
+        for (size_t k = starts[i].nLine; k < starts[i + 1].nLine; ++k)
+            d = std::min(d, SegmentDistance(px.m_lines[k].a, px.m_lines[k].b, sx, sy));
+        for (size_t k = starts[i].nText; k < starts[i + 1].nText; ++k)
+            d = std::min(d, TextDistance(px.m_texts[k], sx, sy));
+        if (d <= dBest) { // the later of two equals: the one drawn on top
+            dBest = d;
+            id = ids[i];
+            bFound = true;
+        }
+    }
+    return bFound;
+}
+
+void CDisplayScene::PaintMoved(QPainter& painter, const VIEW_STATE& view, int nWidth, int nHeight,
+                               const AcDbObjectIdArray& ids, const AcGeMatrix3d& xform) {
+    AcDbDatabase* pDb = m_getDatabase();
+    if (!pDb || view.dHeight <= 0)
+        return;
+    CDisplayList list;
+    // Solids follow the cursor as boxes: hidden lines at every sample would lag.
+    VIEW_STATE wire = view;
+    wire.eShade = SHADE_MODE::Wireframe2d;
+    BuildEntitiesDisplayList(*pDb, wire, nullptr, ids, xform, list);
+    PaintProjectedView(painter, ProjectDisplayList(list, wire, nWidth, nHeight));
+}
+
+void PaintProjectedView(QPainter& painter, const CProjectedView& view) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    for (const PX_POLYGON& poly : view.m_polygons) {
+        QColor c = IndexColour(poly.nColour);
+        c.setRgbF(c.redF() * poly.dLight, c.greenF() * poly.dLight, c.blueF() * poly.dLight);
+        QPointF pts[3] = {
+            {poly.p[0].x, poly.p[0].y}, {poly.p[1].x, poly.p[1].y}, {poly.p[2].x, poly.p[2].y}};
+        painter.setPen(QPen(c, 0)); // the outline closes the cracks between facets
+        painter.setBrush(c);
+        painter.drawPolygon(pts, 3);
+    }
+    painter.setBrush(Qt::NoBrush);
+    // One pen change per colour and width: the lines go in batches.
+    std::map<std::pair<short, double>, std::vector<QLineF>> batches;
+    QRectF screen(-1, -1, view.m_nWidth + 2, view.m_nHeight + 2);
+    for (const PX_LINE& l : view.m_lines) {
+        QLineF line(l.a.x, l.a.y, l.b.x, l.b.y);
+        double w = l.dWidth > 1 ? l.dWidth : 0;
+        double margin = std::max(w, 1.0);
+        QRectF box =
+            QRectF(line.p1(), line.p2()).normalized().adjusted(-margin, -margin, margin, margin);
+        if (!box.intersects(screen))
+            continue; // off the screen
+        batches[{l.nColour, w}].push_back(line);
+    }
+    for (auto& [key, lines] : batches) {
+        QPen pen(IndexColour(key.first), key.second);
+        pen.setCapStyle(key.second > 0 ? Qt::FlatCap : Qt::SquareCap);
+        painter.setPen(pen);
+        painter.drawLines(lines.data(), static_cast<int>(lines.size()));
+    }
+    const QFont& font = TextFont();
+    QFontMetricsF metrics(font);
+    double cap = std::max(metrics.capHeight(), 1.0);
+    painter.setFont(font);
+    for (const PX_TEXT& t : view.m_texts) {
+        if (t.dHeight < 2 || t.strText.empty())
+            continue; // too small to read: the editor shows nothing either
+        double s = t.dHeight / cap;
+        painter.save();
+        painter.translate(t.origin.x, t.origin.y);
+        painter.rotate(-t.dAngle * 180.0 / M_PI);
+        painter.scale(s * t.dWidthFactor, s);
+        painter.setPen(IndexColour(t.nColour));
+        painter.drawText(QPointF(0, 0), QString::fromStdWString(t.strText));
+        painter.restore();
+    }
+    painter.restore();
+}
