@@ -61,13 +61,14 @@ QString CCommandLinePane::History() const {
     return m_pHistory->toPlainText();
 }
 
-void CCommandLinePane::Submit(const std::wstring& strText, bool bEcho) {
+void CCommandLinePane::Submit(const std::wstring& strText, bool bEcho,
+                              const std::wstring& strShown) {
     bool bTracked = !strText.empty() && strText[0] == L'~';
     if (bTracked && !m_answers.empty() && !m_answers.back().strText.empty() &&
         m_answers.back().strText[0] == L'~')
         m_answers.back().strText = strText; // only the newest position matters
     else
-        m_answers.push_back({strText, bEcho});
+        m_answers.push_back({strText, bEcho, strShown});
     Quit();
 }
 
@@ -98,7 +99,10 @@ CEditorHost::LINE_READ CCommandLinePane::Read(std::wstring& strLine) {
             m_answers.pop_front();
             strLine = answer.strText;
             if (answer.bEcho)
-                Print((strLine == L"*Cancel*" ? std::wstring(L"*取消*") : strLine) + L"\n");
+                Print((strLine == L"*Cancel*"     ? std::wstring(L"*取消*")
+                       : !answer.strShown.empty() ? answer.strShown
+                                                  : strLine) +
+                      L"\n");
             else if (!m_strOpenLine.isEmpty() && (strLine.empty() || strLine[0] != L'~'))
                 Print(L"\n");
             return LINE_READ::Line;

@@ -24,15 +24,17 @@ public:
     ~CCommandLinePane() override;
 
     CEditorHost::LINE_READ Read(std::wstring& strLine);
-    // An answer as if typed; bEcho shows it in the history. A tracked cursor
-    // position (starting "~") replaces one not yet read.
-    void Submit(const std::wstring& strText, bool bEcho = true);
+    // An answer as if typed; bEcho shows it in the history (as strShown when
+    // given). A tracked cursor position (starting "~") replaces one not yet read.
+    void Submit(const std::wstring& strText, bool bEcho = true, const std::wstring& strShown = {});
     // Ends the current wait with LINE_READ::Woken (posted work is waiting).
     void Wake();
     // Ends every wait: the window is closing.
     void Close();
     void Print(const std::wstring& strText);
 
+    // A wait for input is in progress and has nothing to read yet.
+    bool IsWaitingIdle() const { return m_pLoop && m_answers.empty() && !m_bWoken; }
     QString Prompt() const;
     QString History() const;
     QLineEdit* Input() { return m_pInput; }
@@ -55,6 +57,7 @@ private:
     struct ANSWER {
         std::wstring strText;
         bool bEcho;
+        std::wstring strShown;
     };
     std::deque<ANSWER> m_answers;
     bool m_bWoken = false;

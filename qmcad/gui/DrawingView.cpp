@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QString>
 #include <QWheelEvent>
 
 #include <charconv>
@@ -26,6 +27,14 @@ std::string Number(double d) {
 std::wstring PointText(const AcGePoint3d& pt) {
     std::string s = Number(pt.x) + "," + Number(pt.y) + "," + Number(pt.z);
     return std::wstring(s.begin(), s.end());
+}
+
+std::wstring ShownPointText(const AcGePoint3d& pt) {
+    return QStringLiteral("%1,%2,%3")
+        .arg(pt.x, 0, 'f', 4)
+        .arg(pt.y, 0, 'f', 4)
+        .arg(pt.z, 0, 'f', 4)
+        .toStdWString();
 }
 
 CDrawingView::CDrawingView(QWidget* pParent) : QWidget(pParent) {
@@ -175,9 +184,9 @@ void CDrawingView::resizeEvent(QResizeEvent*) {
     Repaint();
 }
 
-void CDrawingView::Answer(const std::wstring& strText, bool bEcho) {
+void CDrawingView::Answer(const std::wstring& strText, bool bEcho, const std::wstring& strShown) {
     if (m_onAnswer)
-        m_onAnswer(strText, bEcho);
+        m_onAnswer(strText, bEcho, strShown);
 }
 
 void CDrawingView::LeftClick(const QPointF& pt) {
@@ -188,12 +197,12 @@ void CDrawingView::LeftClick(const QPointF& pt) {
     case INPUT_REQUEST::EntityPick:
     case INPUT_REQUEST::Drag:
     case INPUT_REQUEST::Events:
-        Answer(PointText(world));
+        Answer(PointText(world), true, ShownPointText(world));
         return;
     case INPUT_REQUEST::Selection: {
         AcDbObjectId id;
         if (PickAt(world, id)) {
-            Answer(PointText(world));
+            Answer(PointText(world), true, ShownPointText(world));
             return;
         }
         m_bWindow = true; // nothing under the box: a window from here to the next click
@@ -278,7 +287,9 @@ void CDrawingView::mouseReleaseEvent(QMouseEvent* pEvent) {
         return; // a click: the window ends at the next one
     m_bWindow = false;
     std::wstring strMode = end.x() >= m_windowStart.x() ? L"W " : L"C ";
-    Answer(strMode + PointText(ToWorld(m_windowStart)) + L" " + PointText(ToWorld(end)));
+    AcGePoint3d a = ToWorld(m_windowStart), b = ToWorld(end);
+    Answer(strMode + PointText(a) + L" " + PointText(b), true,
+           strMode + ShownPointText(a) + L" " + ShownPointText(b));
     update();
 }
 

@@ -46,7 +46,9 @@ public:
     // The whole view as an image, overlays included.
     QImage Render();
 
-    std::function<void(const std::wstring& strAnswer, bool bEcho)> m_onAnswer;
+    // The answer, whether to echo it, and how to show it (empty: as it is).
+    std::function<void(const std::wstring& strAnswer, bool bEcho, const std::wstring& strShown)>
+        m_onAnswer;
     std::function<void(const AcGePoint3d& pt)> m_onCursor;
     std::function<void(QKeyEvent* pEvent)> m_onKey; // keys the view doesn't take
 
@@ -68,7 +70,7 @@ private:
     void PaintScene();
     void PaintGrid(QPainter& painter);
     void PaintOverlay(QPainter& painter);
-    void Answer(const std::wstring& strText, bool bEcho = true);
+    void Answer(const std::wstring& strText, bool bEcho = true, const std::wstring& strShown = {});
     void LeftClick(const QPointF& pt);
     // A view without a height shows the drawing's extents: settled before use.
     void SettleHeight();
@@ -99,3 +101,5 @@ private:
 
 // A point as command-line text, exact in the shortest digits.
 std::wstring PointText(const AcGePoint3d& pt);
+// A point as the history shows it: four decimals.
+std::wstring ShownPointText(const AcGePoint3d& pt);

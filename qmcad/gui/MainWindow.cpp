@@ -79,8 +79,8 @@ CMainWindow::CMainWindow(CEditorHost& editor, CGuiUi& ui, ISolidViewGeometry* pS
     };
     m_editor.m_docs.m_onPosted = [this] { m_pCommandLine->Wake(); };
     m_pCommandLine->m_onWaiting = [this] { Refresh(); };
-    m_pView->m_onAnswer = [this](const std::wstring& s, bool bEcho) {
-        m_pCommandLine->Submit(s, bEcho);
+    m_pView->m_onAnswer = [this](const std::wstring& s, bool bEcho, const std::wstring& shown) {
+        m_pCommandLine->Submit(s, bEcho, shown);
     };
     m_pView->m_onCursor = [this](const AcGePoint3d& pt) {
         m_pCoords->setText(QStringLiteral("%1, %2, %3")
