@@ -9,6 +9,13 @@
 
 namespace {
 
+// The header's version name for a save version. The file's layout is that of
+// 2000 throughout, which 2004 shares; 2007 and later would need texts in
+// UTF-8, and R14 lacks the 2000 objects, so both are written as 2000.
+const char* DxfVersionName(AcDb::AcDbDwgVersion version) {
+    return version == AcDb::kDHL_1800 ? "AC1018" : "AC1015";
+}
+
 template <class T> T* InPlace(AcDbObjectId id) {
     return id.isValid() ? dynamic_cast<T*>(id.stub()->pObject) : nullptr;
 }
@@ -77,7 +84,7 @@ void CDxfWriter::Header() {
     m_w.Str(2, "HEADER");
     auto var = [&](const char* name) { m_w.Str(9, name); };
     var("$ACADVER");
-    m_w.Str(1, "AC1015");
+    m_w.Str(1, DxfVersionName(m_db.saveVersion()));
     var("$ACADMAINTVER");
     m_w.Int(70, 6);
     var("$DWGCODEPAGE");

@@ -8,7 +8,15 @@
 
 CHostDocument::CHostDocument(std::wstring strFileName, std::unique_ptr<AcDbDatabase> pDb,
                              int nLockFd)
-    : m_strFileName(std::move(strFileName)), m_pDb(std::move(pDb)), m_nLockFd(nLockFd) {}
+    : m_strFileName(std::move(strFileName)), m_pDb(std::move(pDb)), m_nLockFd(nLockFd),
+      m_pUndo(std::make_unique<CUndoLog>(*m_pDb)) {}
+
+void CHostDocument::Rename(const std::wstring& strFileName) {
+    // A save replaces the file: the lock moves to the new one even under the same name.
+    FsCloseHandle(m_nLockFd);
+    m_nLockFd = FsOpenLocked(strFileName);
+    m_strFileName = strFileName;
+}
 
 CHostDocument::~CHostDocument() {
     if (acdbHostApplicationServices()->workingDatabase() == m_pDb.get())

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/HostDocuments.h"
+#include "editor/UndoLog.h"
 #include "host/db/AcDb.h"
 #include "view/ViewState.h"
 
@@ -30,6 +31,10 @@ public:
     std::wstring fileName() const override { return m_strFileName; }
     AcDbDatabase* database() const override { return m_pDb.get(); }
     bool IsTitled() const { return m_strFileName.find(L'\\') != std::wstring::npos; }
+    // After a save: the document is that file now, and holds its lock.
+    void Rename(const std::wstring& strFileName);
+    // The undo log of the open drawing; it dies with the document.
+    CUndoLog& Undo() { return *m_pUndo; }
 
     std::deque<POSTED_LINE> m_posted; // lines waiting for the command loop
     int m_nWriteLocks = 0;
@@ -39,6 +44,7 @@ private:
     std::wstring m_strFileName;
     std::unique_ptr<AcDbDatabase> m_pDb;
     int m_nLockFd;
+    std::unique_ptr<CUndoLog> m_pUndo; // after the database: it goes first
 };
 
 class CDocManager : public AcApDocManager {

@@ -5,8 +5,11 @@
 #include "base/StrUtil.h"
 #include "base/SysPath.h"
 #include "editor/LispReader.h"
+#include "editor/NativeCommands.h"
+#include "solid/OcctModeler.h"
 
 #include <cwctype>
+#include <exception>
 
 namespace {
 
@@ -30,6 +33,43 @@ std::vector<std::wstring> SplitWords(const std::wstring& strLine) {
 } // namespace
 
 CEditorHost::CEditorHost(IHostUi& ui) : m_docs(m_vars), m_ui(ui) {
+    acdbSetSolidModeler(&GetOcctModeler()); // solids are OpenCASCADE bodies
+    m_vars.m_onChange = [this](const std::wstring& strKey, const SYSVAR_VALUE& old) {
+        if (CHostDocument* pDoc = m_docs.Current())
+            pDoc->Undo().NoteVar(strKey, old);
+    };
+    m_vars.DefineBound(
+        L"DIMLFAC",
+        [this] {
+            SYSVAR_VALUE v;
+            v.nType = RTREAL;
+            v.dReal = Db() ? Db()->dimlfac() : 1.0;
+            return v;
+        },
+        [this](const SYSVAR_VALUE& v) {
+            if (!Db() || v.dReal == 0)
+                return false;
+            Db()->setDimlfac(v.dReal);
+            return true;
+        });
+    m_vars.DefineBound(
+        L"CLAYER",
+        [this] {
+            std::wstring strName = L"0";
+            if (Db())
+                acdbWithObject<AcDbLayerTableRecord>(
+                    Db()->clayer(), [&](const AcDbLayerTableRecord& r) { strName = r.name(); });
+            return SYSVAR_VALUE::Text(strName);
+        },
+        [this](const SYSVAR_VALUE& v) {
+            AcDbLayerTable* pTable = nullptr;
+            if (!Db() || Db()->getLayerTable(pTable, AcDb::kForRead) != Acad::eOk)
+                return false;
+            AcDbObjectId id;
+            bool bFound = pTable->getAt(v.strText, id) == Acad::eOk;
+            pTable->close();
+            return bFound && Db()->setClayer(id) == Acad::eOk;
+        });
     m_vars.DefineComputed(L"CMDNAMES", [this] { return SYSVAR_VALUE::Text(m_strActive); });
     m_vars.DefineComputed(L"DWGTITLED", [this] {
         CHostDocument* pDoc = m_docs.Current();
@@ -126,13 +166,33 @@ void CEditorHost::ExecuteLine(const std::wstring& strLine, bool bEcho) {
         m_pending.pop_front();
         RunCommand(strNext);
     }
+    if (m_onDrawingChanged)
+        m_onDrawingChanged();
 }
 
-void CEditorHost::RunCommand(const std::wstring& strName) {
+void CEditorHost::AddCommand(const std::wstring& strName, std::function<int()> function) {
+    bool bRollBack = !EqualsNoCase(strName, L"UNDO"); // undo works on the log itself
+    m_commands.AddNative(strName, [this, function, bRollBack] {
+        CHostDocument* pDoc = m_docs.Current();
+        int nResult = RTERROR;
+        try {
+            nResult = function();
+        } catch (const std::exception& e) {
+            Print(Format(L"; 错误: %s\n", Utf8ToWide(e.what())));
+        }
+        m_nResult = nResult;
+        if (nResult == RTNORM || !bRollBack || !pDoc || pDoc != m_docs.Current())
+            return;
+        // A failed command leaves the drawing as it found it.
+        pDoc->Undo().RollBack(m_vars, pDoc->m_view);
+    });
+}
+
+int CEditorHost::RunCommand(const std::wstring& strName) {
     const HOST_COMMAND* pCommand = m_commands.Find(strName);
     if (!pCommand) {
         Print(Format(L"未知命令“%s”。按 F1 查看帮助。\n", StrMakeUpper(strName)));
-        return;
+        return RTERROR;
     }
     std::wstring strOuter = m_strActive;
     m_strActive = pCommand->strGlobal;
@@ -140,15 +200,29 @@ void CEditorHost::RunCommand(const std::wstring& strName) {
     if (bSession)
         m_docs.EnterApplicationContext();
     auto function = pCommand->function; // the command may unregister itself
+    // Every command is an undo step of the document it starts in (the undo
+    // command itself only works on the log).
+    CHostDocument* pDoc = EqualsNoCase(pCommand->strGlobal, L"UNDO") ? nullptr : m_docs.Current();
+    if (pDoc)
+        pDoc->Undo().BeginCommand(pDoc->m_view);
+    m_nResult = RTNORM;
     function();
+    int nResult = m_nResult;
+    for (AcApDocument* p : m_docs.documents())
+        if (p == pDoc)
+            pDoc->Undo().EndCommand();
     if (bSession)
         m_docs.LeaveApplicationContext();
     m_strActive = strOuter;
     m_docs.RunApplicationContextQueue();
+    return nResult;
 }
 
 bool CEditorHost::GetInput(const std::wstring& strPrompt, std::wstring& strAnswer) {
-    if (!m_pending.empty()) {
+    bool bPause = !m_pending.empty() && m_pending.front() == L"\\";
+    if (bPause)
+        m_pending.pop_front();
+    if (!m_pending.empty() && !bPause) {
         strAnswer = m_pending.front();
         m_pending.pop_front();
         return true;
@@ -225,9 +299,9 @@ int CEditorHost::Command(const std::vector<std::wstring>& words) {
     m_pending.assign(words.begin() + 1, words.end());
     if (m_vars.Short(L"CMDECHO") != 0)
         Print(Format(L"%s%s\n", kPrompt, words.front()));
-    RunCommand(words.front());
+    int nResult = RunCommand(words.front());
     m_pending.swap(outer);
-    return RTNORM;
+    return nResult;
 }
 
 int CEditorHost::SyncFileOpen(const std::wstring& strPath) {
@@ -240,11 +314,6 @@ bool CEditorHost::SetMouseFilter(bool bOn) {
 }
 
 void CEditorHost::AddNativeCommands() {
-    m_commands.AddNative(L"ZOOM", [this] {
-        std::wstring strOption;
-        GetInput(L"指定窗口的角点，输入比例因子 (nX 或 nXP)，或者 [全部(A)/范围(E)/窗口(W)]: ",
-                 strOption);
-    });
     m_commands.AddNative(L"SETVAR", [this] {
         std::wstring strName, strValue;
         if (!GetInput(L"输入变量名: ", strName) || !GetInput(L"输入新值: ", strValue))
@@ -252,26 +321,39 @@ void CEditorHost::AddNativeCommands() {
         SYSVAR_VALUE value;
         if (m_vars.Get(strName, value) != RTNORM) {
             Print(Format(L"未知变量名“%s”。\n", strName));
+            m_nResult = RTERROR;
             return;
         }
-        if (value.nType == RTSHORT)
-            value.nShort = static_cast<int>(std::wcstol(strValue.c_str(), nullptr, 10));
-        else
+        wchar_t* end = nullptr;
+        if (value.nType == RTSHORT) {
+            value.nShort = static_cast<int>(std::wcstol(strValue.c_str(), &end, 10));
+        } else if (value.nType == RTREAL) {
+            value.dReal = std::wcstod(strValue.c_str(), &end);
+        } else if (value.nType == RT3DPOINT || value.nType == RTPOINT) {
+            AcGePoint3d pt;
+            if (!ParsePointText(strValue, nullptr, pt)) {
+                Print(L"需要点。\n");
+                m_nResult = RTERROR;
+                return;
+            }
+            value.pt[0] = pt.x, value.pt[1] = pt.y, value.pt[2] = pt.z;
+        } else {
             value.strText = strValue;
-        if (m_vars.Set(strName, value) != RTNORM)
-            Print(Format(L"变量“%s”是只读的。\n", strName));
-    });
-    m_commands.AddNative(L"NEW", [this] { m_docs.NewDocument(); });
-    m_commands.AddNative(L"OPEN", [this] {
-        std::wstring strPath;
-        if (!GetInput(L"输入要打开的图形文件名: ", strPath))
+        }
+        if (end && (end == strValue.c_str() || *end)) {
+            Print(L"需要数值。\n");
+            m_nResult = RTERROR;
             return;
-        if (strPath.find(L'/') != std::wstring::npos) // a path typed the OS's way
-            strPath = FromOsPath(WideToUtf8(strPath));
-        if (!m_docs.OpenDocument(strPath))
-            Print(Format(L"无法打开“%s”。\n", strPath));
+        }
+        if (m_vars.Set(strName, value) != RTNORM) {
+            Print(Format(L"变量“%s”是只读的。\n", strName));
+            m_nResult = RTERROR;
+        }
     });
-    m_commands.AddNative(L"CLOSE", [this] { m_docs.CloseDocument(m_docs.Current()); });
     m_commands.AddNative(L"QUIT", [this] { m_bQuit = true; });
     m_commands.AddNative(L"EXIT", [this] { m_bQuit = true; });
+    AddSolidCommands(*this);
+    AddDrawingCommands(*this);
+    AddViewCommands(*this);
+    AddFileCommands(*this);
 }

@@ -47,7 +47,16 @@ public:
     QWidget* MainFrame() override { return m_pFrame; }
 
     // A prompt inside a command: pending answers, then posted lines, then input.
+    // A pending "\\" (the LISP pause) is passed over and the answer read from
+    // the person (the window, the terminal, a script's next line).
     bool GetInput(const std::wstring& strPrompt, std::wstring& strAnswer);
+    // A host command that returns the editor's result: anything but RTNORM
+    // takes the command's changes back.
+    void AddCommand(const std::wstring& strName, std::function<int()> function);
+    void Print(const std::wstring& strText) { m_ui.Print(strText); }
+    // The current document and its database; null without one.
+    CHostDocument* Doc() { return m_docs.Current(); }
+    AcDbDatabase* Db() { return Doc() ? Doc()->database() : nullptr; }
     // Runs the text in the document now, as automation's SendCommand does;
     // prompts read only from the text. Lines posted earlier wait behind it.
     bool RunTextNow(CHostDocument* pDoc, const std::wstring& strText);
@@ -61,16 +70,24 @@ public:
     QWidget* m_pFrame = nullptr; // the toolkit's window, set by a host that has one
     bool m_bMouseFiltered = false;
     IHostUi& m_ui;
+    // The drawing window's size in pixels: views, zooms and slides are made for it.
+    int m_nScreenWidth = 1024, m_nScreenHeight = 768;
+    // Set by a host with a drawing window: runs "3DORBIT", "RTPAN" or "RTZOOM"
+    // interactively and returns the result. Without it they act as in a script.
+    std::function<int(const std::wstring&)> m_interactiveView;
+    // Called after each command line, so that a window can paint the drawing again.
+    std::function<void()> m_onDrawingChanged;
 
 private:
     void AddNativeCommands();
     bool NextLine(std::wstring& strLine, bool& bEcho);
-    void RunCommand(const std::wstring& strName);
-    void Print(const std::wstring& strText) { m_ui.Print(strText); }
+    // The command's result: RTNORM, or what a host command returned.
+    int RunCommand(const std::wstring& strName);
 
     LineSource m_source;
     bool m_bEchoInput = false;
     bool m_bQuit = false;
     std::deque<std::wstring> m_pending; // words of the line at hand and answers
     std::wstring m_strActive;           // the running command, for CMDNAMES
+    int m_nResult = RTNORM;             // of the last host command
 };

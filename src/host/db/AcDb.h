@@ -8,4 +8,5 @@
 #include "host/db/DbDictionary.h"
 #include "host/db/DbEntity.h"
 #include "host/db/DbSymbolTable.h"
+#include "host/db/DbUndo.h"
 #include "host/db/ResBuf.h"

@@ -218,6 +218,13 @@ Acad::ErrorStatus AcDbDimension::transformBy(const AcGeMatrix3d& m) {
     return Acad::eOk;
 }
 
+double AcDbDimension::measurement() const {
+    AcGeVector3d d = m_x2 - m_x1;
+    if (auto* pRot = dynamic_cast<const AcDbRotatedDimension*>(this))
+        return std::fabs(d.x * std::cos(pRot->rotation()) + d.y * std::sin(pRot->rotation()));
+    return d.length();
+}
+
 void AcDbDimension::onAddedToDatabase(AcDbDatabase& db, bool bLoading) {
     if (bLoading || m_blockId.isValid())
         return;
@@ -253,6 +260,33 @@ void AcDbDimension::onAddedToDatabase(AcDbDatabase& db, bool bLoading) {
         else
             delete pLine;
     }
+    // The measurement times the linear scale factor, above the middle of the
+    // dimension line, two decimals without trailing zeros.
+    double dHeight = 2.5;
+    acdbWithObject<AcDbDimStyleTableRecord>(
+        m_styleId, [&](const AcDbDimStyleTableRecord& s) { dHeight = s.dimtxt() * s.dimscale(); });
+    char buf[64];
+    std::snprintf(buf, sizeof buf, "%.2f", measurement() * db.dimlfac());
+    std::string strValue = buf;
+    while (strValue.find('.') != std::string::npos &&
+           (strValue.back() == '0' || strValue.back() == '.'))
+        strValue.pop_back();
+    auto* pText = new AcDbText;
+    double angle = std::atan2(dir.y, dir.x);
+    if (angle > M_PI / 2 + 1e-9 || angle <= -M_PI / 2 + 1e-9)
+        angle += angle > 0 ? -M_PI : M_PI; // texts read from below or from the right
+    AcGePoint3d mid((f1.x + f2.x) / 2, (f1.y + f2.y) / 2, (f1.z + f2.z) / 2);
+    pText->setTextString(std::wstring(strValue.begin(), strValue.end()));
+    pText->setHeight(dHeight);
+    pText->setRotation(angle);
+    pText->setHorizontalMode(AcDb::kTextCenter);
+    pText->setVerticalMode(AcDb::kTextBottom);
+    pText->setAlignmentPoint(mid + AcGeVector3d(-std::sin(angle), std::cos(angle), 0) * (dHeight * 0.4));
+    pText->setPosition(pText->alignmentPoint());
+    if (pBlock->appendAcDbEntity(pText) == Acad::eOk)
+        pText->close();
+    else
+        delete pText;
     pBlock->close();
 }
 

@@ -105,6 +105,7 @@ public:
         : m_position(pos), m_blockId(blockId) {}
     const wchar_t* dxfName() const override { return L"INSERT"; }
     AcDbObject* clone() const override;
+    AcDbObject* journalCopy() const override { return new AcDbBlockReference(*this); }
     AcDbObjectId blockTableRecord() const { return m_blockId; }
     void setBlockTableRecord(AcDbObjectId id) { m_blockId = id; }
     AcGePoint3d position() const { return m_position; }
@@ -147,6 +148,9 @@ public:
     AcDbObjectId dimensionStyle() const { return m_styleId; }
     void setDimensionStyle(AcDbObjectId id) { m_styleId = id; }
     AcDbObjectId dimBlockId() const { return m_blockId; }
+    // The measured distance: along the rotation for a rotated dimension,
+    // point to point for an aligned one; without the linear scale factor.
+    double measurement() const;
     void setDimBlockId(AcDbObjectId id) { m_blockId = id; }
     Acad::ErrorStatus getGeomExtents(AcDbExtents& ext) const override;
     Acad::ErrorStatus transformBy(const AcGeMatrix3d& m) override;

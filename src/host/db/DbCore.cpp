@@ -4,6 +4,7 @@
 #include "host/db/DbDatabase.h"
 #include "host/db/DbDictionary.h"
 #include "host/db/DbSymbolTable.h"
+#include "host/db/DbUndo.h"
 
 #include <cstring>
 #include <cwchar>
@@ -152,6 +153,11 @@ Acad::ErrorStatus AcDbObject::erase(bool bErasing) {
     return Acad::eOk;
 }
 
+void AcDbObject::NoteWrite() {
+    if (m_pStub && m_pStub->pDb && m_pStub->pDb->undoJournal())
+        m_pStub->pDb->undoJournal()->noteWrite(this);
+}
+
 Acad::ErrorStatus AcDbObject::openAs(AcDb::OpenMode mode, bool bOpenErased) {
     if (m_bErased && !bOpenErased)
         return Acad::eWasErased;
@@ -160,6 +166,7 @@ Acad::ErrorStatus AcDbObject::openAs(AcDb::OpenMode mode, bool bOpenErased) {
     if (mode == AcDb::kForWrite) {
         if (m_nReaders > 0)
             return Acad::eWasOpenForRead;
+        NoteWrite();
         m_bWriter = true;
     } else {
         ++m_nReaders;
@@ -184,6 +191,7 @@ Acad::ErrorStatus AcDbObject::upgradeOpen() {
         return Acad::eOk;
     if (m_nReaders != 1)
         return Acad::eInvalidOpenState;
+    NoteWrite();
     m_nReaders = 0;
     m_bWriter = true;
     return Acad::eOk;

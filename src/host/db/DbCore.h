@@ -119,6 +119,9 @@ public:
     virtual const wchar_t* dxfName() const = 0;
     // A copy without identity: no id, owner, extension dictionary or open state.
     virtual AcDbObject* clone() const = 0;
+    // A whole copy for the undo journal: everything clone() leaves out that
+    // belongs to the object itself (records, entries, followers) included.
+    virtual AcDbObject* journalCopy() const { return clone(); }
 
     AcDbObjectId objectId() const { return AcDbObjectId(m_pStub); }
     AcDbObjectId ownerId() const { return m_ownerId; }
@@ -156,12 +159,15 @@ public:
 protected:
     AcDbObject(const AcDbObject& o);
     friend class AcDbDatabase;
+    friend class AcDbUndoJournal;
     template <class T>
     friend Acad::ErrorStatus acdbOpenObject(T*&, AcDbObjectId, AcDb::OpenMode, bool);
     Acad::ErrorStatus openAs(AcDb::OpenMode mode, bool bOpenErased);
     // Called when the object joins a database, to give handles to parts it
     // owns; bLoading when it comes from a file and is complete already.
     virtual void onAddedToDatabase(AcDbDatabase&, bool /*bLoading*/) {}
+    // Tells the database's undo journal, if any, before the object changes.
+    void NoteWrite();
 
     AcDbStub* m_pStub = nullptr;
 

@@ -5,6 +5,7 @@
 #include "host/db/DbDictionary.h"
 #include "host/db/DbEntity.h"
 #include "host/db/DbSymbolTable.h"
+#include "host/db/DbUndo.h"
 
 namespace {
 
@@ -225,6 +226,8 @@ Acad::ErrorStatus AcDbDatabase::addAcDbObject(AcDbObjectId& id, AcDbObject* pObj
     p->pObject = pObj;
     pObj->m_pStub = p;
     pObj->m_bWriter = true;
+    if (m_pJournal)
+        m_pJournal->noteAdded(p);
     pObj->onAddedToDatabase(*this, false);
     id = AcDbObjectId(p);
     return Acad::eOk;
@@ -374,6 +377,25 @@ Acad::ErrorStatus AcDbDatabase::readDwgFile(const wchar_t* pPath, int /*nShareMo
     }
     m_strFileName = pPath;
     return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbDatabase::saveAs(const wchar_t* pPath, bool bBakAndRename,
+                                       AcDb::AcDbDwgVersion version) {
+    if (!pPath || !*pPath)
+        return Acad::eInvalidInput;
+    std::wstring strPath = pPath;
+    if (bBakAndRename && FsExists(strPath) && !FsIsDirectory(strPath)) {
+        size_t dot = strPath.find_last_of(L".\\");
+        std::wstring strBak = (dot != std::wstring::npos && strPath[dot] == L'.')
+                                  ? strPath.substr(0, dot) + L".bak"
+                                  : strPath + L".bak";
+        if (!FsCopyFile(strPath, strBak, false))
+            return Acad::eFileAccessErr;
+    }
+    m_eSaveVersion = version;
+    Acad::ErrorStatus es = saveAs(pPath);
+    m_eSaveVersion = AcDb::kDHL_1015;
+    return es;
 }
 
 Acad::ErrorStatus AcDbDatabase::saveAs(const wchar_t* pPath) {

@@ -22,6 +22,7 @@ class AcDbViewTable;
 class AcDbUCSTable;
 class AcDbDictionary;
 class AcDbSymbolTable;
+class AcDbUndoJournal;
 
 // Reads and writes a database as a file; the host registers one.
 class IAcDbFileCodec {
@@ -36,6 +37,18 @@ public:
 void acdbSetFileCodec(IAcDbFileCodec* pCodec);
 IAcDbFileCodec* acdbFileCodec();
 
+namespace AcDb {
+// File format versions by the editor's codes.
+enum AcDbDwgVersion {
+    kDHL_1014 = 21, // R14
+    kDHL_1015 = 23, // 2000
+    kDHL_1800 = 25, // 2004
+    kDHL_2100 = 27, // 2007
+    kDHL_2400 = 29, // 2010
+    kDHL_CURRENT = 29
+};
+} // namespace AcDb
+
 class AcDbDatabase {
 public:
     // With bBuildDefaultDrawing the tables, the two spaces, layer "0",
@@ -49,6 +62,12 @@ public:
     // Through the registered codec; the sharing mode is accepted for the editor's signature.
     Acad::ErrorStatus readDwgFile(const wchar_t* pPath, int nShareMode = 64);
     Acad::ErrorStatus saveAs(const wchar_t* pPath);
+    // With bBakAndRename an existing file is first copied to the same stem
+    // with ".bak". The codec writes the version it can that comes nearest.
+    Acad::ErrorStatus saveAs(const wchar_t* pPath, bool bBakAndRename,
+                             AcDb::AcDbDwgVersion version);
+    // The version the running save asks for: for the codec.
+    AcDb::AcDbDwgVersion saveVersion() const { return m_eSaveVersion; }
     const std::wstring& filename() const { return m_strFileName; }
 
     Acad::ErrorStatus getBlockTable(AcDbBlockTable*& p, AcDb::OpenMode mode);
@@ -98,6 +117,7 @@ public:
     // Makes the style's values the current dimension variables.
     Acad::ErrorStatus setDimstyleData(AcDbObjectId id);
     double dimlfac() const { return m_dDimlfac; }
+    void setDimlfac(double d) { m_dDimlfac = d; }
     AcDbObjectId textstyle() const { return m_textstyleId; }
     void setTextstyle(AcDbObjectId id) { m_textstyleId = id; }
     // The code page of the file's texts ("ANSI_936").
@@ -132,9 +152,13 @@ public:
                      AcDbObjectId vports, AcDbObjectId views, AcDbObjectId ucss, AcDbObjectId nod);
     std::unordered_map<std::wstring, std::wstring> m_extraHeader; // other header values, as text
     int m_nAnonymousCounter = 0;                                  // last n given to a "*U<n>" block
+    // The undo journal that notes this database's changes, or null (set by the journal).
+    AcDbUndoJournal* undoJournal() const { return m_pJournal; }
 
 private:
     friend class CDbCloner;
+    friend class AcDbUndoJournal;
+    AcDbUndoJournal* m_pJournal = nullptr;
     void buildDefaultDrawing();
     void clear();
     AcDbStub* newStub(const AcDbHandle& h);
@@ -149,6 +173,7 @@ private:
     AcGePoint3d m_insbase, m_extmin, m_extmax;
     AcDbObjectId m_clayerId, m_dimstyleId, m_textstyleId;
     double m_dDimlfac = 1.0;
+    AcDb::AcDbDwgVersion m_eSaveVersion = AcDb::kDHL_1015;
     std::wstring m_strCodePage = L"ANSI_936";
     std::wstring m_strFileName;
     std::vector<uint8_t> m_thumbnail;

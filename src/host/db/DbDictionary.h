@@ -15,6 +15,7 @@ class AcDbDictionary : public AcDbObject {
 public:
     const wchar_t* dxfName() const override { return L"DICTIONARY"; }
     AcDbObject* clone() const override; // an empty dictionary
+    AcDbObject* journalCopy() const override { return new AcDbDictionary(*this); }
 
     // Adds the object to the database when it is not yet there; an existing
     // entry of the key is replaced and its object erased.

@@ -189,6 +189,7 @@ public:
         p->m_followers.clear();
         return p;
     }
+    AcDbObject* journalCopy() const override { return new AcDbUnknownEntity(*this); }
     Acad::ErrorStatus getGeomExtents(AcDbExtents&) const override { return Acad::eInvalidExtents; }
     Acad::ErrorStatus transformBy(const AcGeMatrix3d&) override { return Acad::eNotApplicable; }
     std::wstring m_strDxfName;

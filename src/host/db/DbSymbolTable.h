@@ -95,6 +95,7 @@ public:
         const wchar_t* dxfName() const override { return L"TABLE"; }                               \
         const wchar_t* tableName() const override { return Dxf; }                                  \
         AcDbObject* clone() const override { return nullptr; }                                     \
+        AcDbObject* journalCopy() const override { return new Table(*this); }                      \
         bool accepts(const AcDbSymbolTableRecord* p) const override;                               \
     };
 
@@ -102,6 +103,7 @@ class AcDbBlockTableRecord : public AcDbSymbolTableRecord {
 public:
     const wchar_t* dxfName() const override { return L"BLOCK_RECORD"; }
     AcDbObject* clone() const override;
+    AcDbObject* journalCopy() const override { return new AcDbBlockTableRecord(*this); }
     Acad::ErrorStatus appendAcDbEntity(AcDbObjectId& id, AcDbEntity* pEnt);
     Acad::ErrorStatus appendAcDbEntity(AcDbEntity* pEnt);
     Acad::ErrorStatus newIterator(AcDbBlockTableRecordIterator*& pIter, bool bAtBeginning = true,

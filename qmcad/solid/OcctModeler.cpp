@@ -1,0 +1,347 @@
+// OpenCASCADE behind the solid modeler: text B-rep in and out, with a cache of parsed bodies.
+#include "solid/OcctModeler.h"
+
+#include <BRepAdaptor_Curve.hxx>
+#include <BRepAlgoAPI_Cut.hxx>
+#include <BRepBndLib.hxx>
+#include <BRepBuilderAPI_GTransform.hxx>
+#include <BRepBuilderAPI_MakeEdge.hxx>
+#include <BRepBuilderAPI_MakeFace.hxx>
+#include <BRepBuilderAPI_MakeWire.hxx>
+#include <BRepBuilderAPI_Transform.hxx>
+#include <BRepCheck_Analyzer.hxx>
+#include <BRepGProp.hxx>
+#include <BRepMesh_IncrementalMesh.hxx>
+#include <BRepPrimAPI_MakeBox.hxx>
+#include <BRepPrimAPI_MakePrism.hxx>
+#include <BRepTools.hxx>
+#include <BRep_Builder.hxx>
+#include <BRep_Tool.hxx>
+#include <Bnd_Box.hxx>
+#include <GCPnts_TangentialDeflection.hxx>
+#include <GC_MakeArcOfCircle.hxx>
+#include <GProp_GProps.hxx>
+#include <HLRAlgo_Projector.hxx>
+#include <HLRBRep_Algo.hxx>
+#include <HLRBRep_HLRToShape.hxx>
+#include <Poly_Triangulation.hxx>
+#include <Standard_Failure.hxx>
+#include <TopExp_Explorer.hxx>
+#include <TopoDS.hxx>
+#include <TopoDS_Shape.hxx>
+#include <gp_Circ.hxx>
+#include <gp_GTrsf.hxx>
+#include <gp_Trsf.hxx>
+
+#include <algorithm>
+#include <cmath>
+#include <sstream>
+#include <unordered_map>
+
+struct COcctModeler::CImpl {
+    // Parsed bodies by their text: a drawing asks for the same body many times.
+    std::unordered_map<std::string, TopoDS_Shape> cache;
+
+    static std::string Joined(const std::vector<std::string>& body) {
+        std::string s;
+        for (const std::string& line : body) {
+            s += line;
+            s += '\n';
+        }
+        return s;
+    }
+
+    bool Parse(const std::vector<std::string>& body, TopoDS_Shape& shape) {
+        if (body.empty() || body[0].rfind("DBRep_DrawableShape", 0) != 0)
+            return false; // another kernel's data: kept, but not ours to read
+        std::string text = Joined(body);
+        if (auto it = cache.find(text); it != cache.end()) {
+            shape = it->second;
+            return true;
+        }
+        try {
+            std::istringstream in(text);
+            BRep_Builder builder;
+            TopoDS_Shape s;
+            BRepTools::Read(s, in, builder);
+            if (s.IsNull())
+                return false;
+            if (cache.size() > 256)
+                cache.clear();
+            cache.emplace(std::move(text), s);
+            shape = s;
+            return true;
+        } catch (const Standard_Failure&) {
+            return false;
+        }
+    }
+
+    void Write(const TopoDS_Shape& shape, std::vector<std::string>& body) {
+        std::ostringstream out;
+        BRepTools::Write(shape, out);
+        body.clear();
+        std::istringstream in(out.str());
+        for (std::string line; std::getline(in, line);)
+            body.push_back(line);
+        cache.emplace(Joined(body), shape);
+    }
+};
+
+namespace {
+
+gp_Pnt P(const AcGePoint3d& p) {
+    return gp_Pnt(p.x, p.y, p.z);
+}
+
+// The smallest edge of the view's box, for mesh and curve tolerances.
+double Deflection(const TopoDS_Shape& shape) {
+    Bnd_Box box;
+    BRepBndLib::Add(shape, box);
+    if (box.IsVoid())
+        return 0.01;
+    double x0, y0, z0, x1, y1, z1;
+    box.Get(x0, y0, z0, x1, y1, z1);
+    double size = std::max({x1 - x0, y1 - y0, z1 - z0});
+    return std::max(size * 1e-3, 1e-4);
+}
+
+void AddCurve(const TopoDS_Edge& edge, double dDeflection, const gp_Ax2& ax,
+              std::vector<DL_LINE>& lines) {
+    BRepAdaptor_Curve curve(edge);
+    GCPnts_TangentialDeflection points(curve, 0.1, dDeflection);
+    auto world = [&](const gp_Pnt& p) {
+        // The projector's plane coordinates back into world space.
+        gp_XYZ w = ax.XDirection().XYZ() * p.X() + ax.YDirection().XYZ() * p.Y();
+        return AcGePoint3d(w.X(), w.Y(), w.Z());
+    };
+    for (int i = 1; i < points.NbPoints(); ++i)
+        lines.push_back({world(points.Value(i)), world(points.Value(i + 1)), 7, 0.0});
+}
+
+} // namespace
+
+COcctModeler::COcctModeler() : m_p(std::make_unique<CImpl>()) {}
+COcctModeler::~COcctModeler() = default;
+
+bool COcctModeler::GetExtents(const std::vector<std::string>& body, AcDbExtents& ext) {
+    TopoDS_Shape shape;
+    if (!m_p->Parse(body, shape))
+        return false;
+    Bnd_Box box;
+    BRepBndLib::AddOptimal(shape, box, false, false);
+    if (box.IsVoid())
+        return false;
+    double x0, y0, z0, x1, y1, z1;
+    box.Get(x0, y0, z0, x1, y1, z1);
+    ext = AcDbExtents(AcGePoint3d(x0, y0, z0), AcGePoint3d(x1, y1, z1));
+    return true;
+}
+
+bool COcctModeler::Transform(std::vector<std::string>& body, const AcGeMatrix3d& m) {
+    TopoDS_Shape shape;
+    if (!m_p->Parse(body, shape))
+        return false;
+    try {
+        const auto& e = m.entry;
+        gp_GTrsf g;
+        g.SetVectorialPart(gp_Mat(e[0][0], e[0][1], e[0][2], e[1][0], e[1][1], e[1][2], e[2][0],
+                                  e[2][1], e[2][2]));
+        g.SetTranslationPart(gp_XYZ(e[0][3], e[1][3], e[2][3]));
+        TopoDS_Shape moved;
+        // A rotation with a uniform scale keeps the exact geometry; anything else is a
+        // general transformation that turns curves into their images.
+        gp_Trsf t;
+        try {
+            t = g.Trsf();
+            moved = BRepBuilderAPI_Transform(shape, t, true).Shape();
+        } catch (const Standard_Failure&) {
+            moved = BRepBuilderAPI_GTransform(shape, g, true).Shape();
+        }
+        if (moved.IsNull())
+            return false;
+        m_p->Write(moved, body);
+        return true;
+    } catch (const Standard_Failure&) {
+        return false;
+    }
+}
+
+bool COcctModeler::MakeBox(double dx, double dy, double dz, std::vector<std::string>& body) {
+    if (!(dx > 0 && dy > 0 && dz > 0))
+        return false;
+    try {
+        TopoDS_Shape box =
+            BRepPrimAPI_MakeBox(gp_Pnt(-dx / 2, -dy / 2, -dz / 2), dx, dy, dz).Shape();
+        m_p->Write(box, body);
+        return true;
+    } catch (const Standard_Failure&) {
+        return false;
+    }
+}
+
+bool COcctModeler::Extrude(const std::vector<PROFILE_SEGMENT>& profile, double dHeight,
+                           std::vector<std::string>& body) {
+    if (profile.empty() || std::fabs(dHeight) < 1e-12)
+        return false;
+    try {
+        BRepBuilderAPI_MakeWire wire;
+        for (const PROFILE_SEGMENT& s : profile) {
+            if (!s.bArc) {
+                if (s.a.distanceTo(s.b) < 1e-9)
+                    continue;
+                wire.Add(BRepBuilderAPI_MakeEdge(P(s.a), P(s.b)).Edge());
+                continue;
+            }
+            double r = s.centre.distanceTo(s.a);
+            gp_Ax2 ax(P(s.centre), gp_Dir(0, 0, s.bCounterClockwise ? 1 : -1));
+            gp_Circ circ(ax, r);
+            if (s.a.distanceTo(s.b) < 1e-9) {
+                wire.Add(BRepBuilderAPI_MakeEdge(circ).Edge());
+                continue;
+            }
+            wire.Add(BRepBuilderAPI_MakeEdge(circ, P(s.a), P(s.b)).Edge());
+        }
+        if (!wire.IsDone() || !wire.Wire().Closed())
+            return false;
+        BRepBuilderAPI_MakeFace face(wire.Wire(), true);
+        if (!face.IsDone())
+            return false;
+        BRepPrimAPI_MakePrism prism(face.Face(), gp_Vec(0, 0, dHeight));
+        if (!prism.IsDone())
+            return false;
+        m_p->Write(prism.Shape(), body);
+        return true;
+    } catch (const Standard_Failure&) {
+        return false;
+    }
+}
+
+bool COcctModeler::Subtract(std::vector<std::string>& body,
+                            const std::vector<const std::vector<std::string>*>& tools,
+                            std::string& strError) {
+    TopoDS_Shape shape;
+    if (!m_p->Parse(body, shape)) {
+        strError = "the body can't be read";
+        return false;
+    }
+    TopTools_ListOfShape args, cutters;
+    args.Append(shape);
+    for (const auto* pTool : tools) {
+        TopoDS_Shape t;
+        if (!m_p->Parse(*pTool, t)) {
+            strError = "a cutting body can't be read";
+            return false;
+        }
+        cutters.Append(t);
+    }
+    if (cutters.IsEmpty())
+        return true;
+    try {
+        BRepAlgoAPI_Cut cut;
+        cut.SetArguments(args);
+        cut.SetTools(cutters);
+        cut.SetRunParallel(false);
+        cut.Build();
+        if (!cut.IsDone() || cut.HasErrors()) {
+            strError = "the boolean operation failed";
+            return false;
+        }
+        TopoDS_Shape result = cut.Shape();
+        TopExp_Explorer solids(result, TopAbs_SOLID);
+        if (result.IsNull() || !solids.More() || !BRepCheck_Analyzer(result).IsValid()) {
+            strError = "the result is no valid solid";
+            return false;
+        }
+        m_p->Write(result, body);
+        return true;
+    } catch (const Standard_Failure& e) {
+        strError = e.GetMessageString() ? e.GetMessageString() : "the kernel failed";
+        return false;
+    }
+}
+
+bool COcctModeler::MassProperties(const std::vector<std::string>& body, MASS_PROPS& props) {
+    TopoDS_Shape shape;
+    if (!m_p->Parse(body, shape))
+        return false;
+    GProp_GProps g;
+    BRepGProp::VolumeProperties(shape, g);
+    props.dVolume = g.Mass();
+    gp_Pnt c = g.CentreOfMass();
+    props.centroid = AcGePoint3d(c.X(), c.Y(), c.Z());
+    return true;
+}
+
+bool COcctModeler::Mesh(const std::vector<std::string>& body, std::vector<DL_TRIANGLE>& triangles) {
+    TopoDS_Shape shape;
+    if (!m_p->Parse(body, shape))
+        return false;
+    try {
+        BRepMesh_IncrementalMesh(shape, Deflection(shape), false, 0.3, false);
+        for (TopExp_Explorer x(shape, TopAbs_FACE); x.More(); x.Next()) {
+            const TopoDS_Face& face = TopoDS::Face(x.Current());
+            TopLoc_Location loc;
+            Handle(Poly_Triangulation) tri = BRep_Tool::Triangulation(face, loc);
+            if (tri.IsNull())
+                continue;
+            bool bReversed = face.Orientation() == TopAbs_REVERSED;
+            const gp_Trsf& t = loc.Transformation();
+            for (int i = 1; i <= tri->NbTriangles(); ++i) {
+                int n[3];
+                tri->Triangle(i).Get(n[0], n[1], n[2]);
+                if (bReversed)
+                    std::swap(n[1], n[2]);
+                DL_TRIANGLE d;
+                for (int k = 0; k < 3; ++k) {
+                    gp_Pnt p = tri->Node(n[k]).Transformed(t);
+                    d.p[k] = AcGePoint3d(p.X(), p.Y(), p.Z());
+                }
+                AcGeVector3d u = d.p[1] - d.p[0], v = d.p[2] - d.p[0];
+                AcGeVector3d nrm(u.y * v.z - u.z * v.y, u.z * v.x - u.x * v.z,
+                                 u.x * v.y - u.y * v.x);
+                double len = nrm.length();
+                if (len < 1e-18)
+                    continue;
+                d.normal = nrm * (1.0 / len);
+                triangles.push_back(d);
+            }
+        }
+        return true;
+    } catch (const Standard_Failure&) {
+        return false;
+    }
+}
+
+bool COcctModeler::VisibleEdges(const std::vector<std::string>& body, const AcGeVector3d& direction,
+                                std::vector<DL_LINE>& edges) {
+    TopoDS_Shape shape;
+    if (!m_p->Parse(body, shape))
+        return false;
+    try {
+        VIEW_AXES axes = ViewAxes(direction);
+        gp_Ax2 ax(gp_Pnt(0, 0, 0), gp_Dir(axes.z.x, axes.z.y, axes.z.z),
+                  gp_Dir(axes.x.x, axes.x.y, axes.x.z));
+        Handle(HLRBRep_Algo) algo = new HLRBRep_Algo;
+        algo->Add(shape);
+        algo->Projector(HLRAlgo_Projector(ax));
+        algo->Update();
+        algo->Hide();
+        HLRBRep_HLRToShape toShape(algo);
+        double defl = Deflection(shape);
+        for (TopoDS_Shape part :
+             {toShape.VCompound(), toShape.OutLineVCompound(), toShape.Rg1LineVCompound()}) {
+            if (part.IsNull())
+                continue;
+            for (TopExp_Explorer x(part, TopAbs_EDGE); x.More(); x.Next())
+                AddCurve(TopoDS::Edge(x.Current()), defl, ax, edges);
+        }
+        return true;
+    } catch (const Standard_Failure&) {
+        return false;
+    }
+}
+
+COcctModeler& GetOcctModeler() {
+    static COcctModeler modeler;
+    return modeler;
+}
