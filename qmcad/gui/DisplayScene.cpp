@@ -71,7 +71,7 @@ const CDisplayList& CDisplayScene::List(const VIEW_STATE& view, bool bKeepEdges)
 
 void CDisplayScene::Paint(QPainter& painter, const VIEW_STATE& view, int nWidth, int nHeight,
                           bool bKeepEdges) {
-    PaintProjectedView(painter, ProjectDisplayList(List(view, bKeepEdges), view, nWidth, nHeight));
+    DrawProjectedView(painter, ProjectDisplayList(List(view, bKeepEdges), view, nWidth, nHeight));
 }
 
 bool CDisplayScene::HitTest(const VIEW_STATE& view, int nWidth, int nHeight, double sx, double sy,
@@ -124,10 +124,10 @@ void CDisplayScene::PaintMoved(QPainter& painter, const VIEW_STATE& view, int nW
     VIEW_STATE wire = view;
     wire.eShade = SHADE_MODE::Wireframe2d;
     BuildEntitiesDisplayList(*pDb, wire, nullptr, ids, xform, list);
-    PaintProjectedView(painter, ProjectDisplayList(list, wire, nWidth, nHeight));
+    DrawProjectedView(painter, ProjectDisplayList(list, wire, nWidth, nHeight));
 }
 
-void PaintProjectedView(QPainter& painter, const CProjectedView& view) {
+void DrawProjectedView(QPainter& painter, const CProjectedView& view) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing, false);
     for (const PX_POLYGON& poly : view.m_polygons) {

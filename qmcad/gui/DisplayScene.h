@@ -43,6 +43,6 @@ private:
 
 // Paints projected primitives: facets far to near with their light, then
 // lines (grouped by colour and width), then texts.
-void PaintProjectedView(QPainter& painter, const CProjectedView& view);
+void DrawProjectedView(QPainter& painter, const CProjectedView& view);
 // An index colour as the view paints it on its dark background.
 QColor IndexColour(short nColour);

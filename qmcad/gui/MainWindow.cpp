@@ -4,6 +4,7 @@
 #include "base/StrUtil.h"
 #include "base/SysPath.h"
 #include "gui/GuiUi.h"
+#include "solid/OcctModeler.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -38,9 +39,9 @@ QString ShortName(const std::wstring& strFileName) {
 
 } // namespace
 
-CMainWindow::CMainWindow(CEditorHost& editor, CGuiUi& ui, ISolidViewGeometry* pSolids)
+CMainWindow::CMainWindow(CEditorHost& editor, CGuiUi& ui)
     : m_editor(editor), m_ui(ui),
-      m_scene([] { return acdbHostApplicationServices()->workingDatabase(); }, pSolids) {
+      m_scene([] { return acdbHostApplicationServices()->workingDatabase(); }, &GetOcctModeler()) {
     setWindowTitle(QStringLiteral("qmcad"));
     resize(1280, 800);
     m_pTabs = new QTabBar;
@@ -100,11 +101,14 @@ CMainWindow::CMainWindow(CEditorHost& editor, CGuiUi& ui, ISolidViewGeometry* pS
     };
     QObject::connect(m_pTabs, &QTabBar::currentChanged, this,
                      [this](int nIndex) { OnTabClicked(nIndex); });
+    m_editor.m_interactiveView = [this](const std::wstring& s) { return RunInteractiveView(s); };
+    m_editor.m_onDrawingChanged = [this] { m_pView->Invalidate(); };
     BuildMenus();
-    AddGuiCommands();
 }
 
 CMainWindow::~CMainWindow() {
+    m_editor.m_interactiveView = nullptr;
+    m_editor.m_onDrawingChanged = nullptr;
     m_editor.m_input.m_pFeedback = nullptr;
     m_editor.m_input.m_pickAt = nullptr;
     m_editor.m_docs.m_onPosted = nullptr;
@@ -136,7 +140,8 @@ void CMainWindow::BuildMenus() {
     pFile->addAction(QStringLiteral("退出(&X)"), QKeySequence::Quit, this, [this] { close(); });
 
     QMenu* pEdit = menuBar()->addMenu(QStringLiteral("编辑(&E)"));
-    pEdit->addAction(QStringLiteral("放弃(&U)"), QKeySequence::Undo, this, [this] { Post(L"U"); });
+    pEdit->addAction(QStringLiteral("放弃(&U)"), QKeySequence::Undo, this,
+                     [this] { Post(L"UNDO\n1"); });
 
     QMenu* pView = menuBar()->addMenu(QStringLiteral("视图(&V)"));
     pView->addAction(QStringLiteral("范围缩放(&E)"), this, [this] { m_pView->ZoomExtents(); });
@@ -251,45 +256,19 @@ void CMainWindow::FillRecentMenu() {
     m_pRecentMenu->setEnabled(!m_pRecentMenu->isEmpty());
 }
 
-void CMainWindow::AddGuiCommands() {
-    const wchar_t* kToolPrompt = L"按 Esc 或 Enter 键退出，或单击右键结束。";
-    m_editor.m_commands.AddNative(L"RTPAN",
-                                  [=, this] { RunTool(CDrawingView::TOOL::Pan, kToolPrompt); });
-    m_editor.m_commands.AddNative(L"RTZOOM", [=, this] {
-        std::wstring strAnswer;
-        m_pView->SetTool(CDrawingView::TOOL::Zoom);
-        bool bOk = m_editor.GetInput(kToolPrompt, strAnswer);
-        m_pView->SetTool(CDrawingView::TOOL::None);
-        if (bOk && (EqualsNoCase(strAnswer, L"_W") || EqualsNoCase(strAnswer, L"W")))
-            ZoomWindow();
-    });
-    m_editor.m_commands.AddNative(L"3DORBIT",
-                                  [=, this] { RunTool(CDrawingView::TOOL::Orbit, kToolPrompt); });
-    m_editor.m_commands.AddNative(L"ZOOM", [this] {
-        std::wstring strOption;
-        if (!m_editor.GetInput(
-                L"指定窗口的角点，输入比例因子 (nX 或 nXP)，或者 [全部(A)/范围(E)/窗口(W)]: ",
-                strOption))
-            return;
-        std::wstring s = StrMakeUpper(StrTrim(strOption));
-        if (!s.empty() && s[0] == L'_')
-            s = s.substr(1);
-        if (s == L"E" || s == L"A")
-            m_pView->ZoomExtents();
-        else if (s == L"W")
-            ZoomWindow();
-        else if (double f = std::wcstod(s.c_str(), nullptr); f > 0)
-            ZoomViewAbout(m_pView->State(), m_pView->width(), m_pView->height(),
-                          m_pView->width() / 2.0, m_pView->height() / 2.0, f);
-        m_pView->Repaint();
-    });
-}
-
-void CMainWindow::RunTool(CDrawingView::TOOL eTool, const std::wstring& strPrompt) {
+int CMainWindow::RunInteractiveView(const std::wstring& strCommand) {
+    CDrawingView::TOOL eTool = EqualsNoCase(strCommand, L"3DORBIT")  ? CDrawingView::TOOL::Orbit
+                               : EqualsNoCase(strCommand, L"RTZOOM") ? CDrawingView::TOOL::Zoom
+                                                                     : CDrawingView::TOOL::Pan;
     std::wstring strAnswer;
     m_pView->SetTool(eTool);
-    m_editor.GetInput(strPrompt, strAnswer);
+    bool bOk = m_editor.GetInput(L"按 Esc 或 Enter 键退出，或单击右键结束。", strAnswer);
     m_pView->SetTool(CDrawingView::TOOL::None);
+    // "._RTZOOM" "_W" (a tracker's zoom window) goes on with the window's corners.
+    if (bOk && eTool == CDrawingView::TOOL::Zoom &&
+        (EqualsNoCase(strAnswer, L"_W") || EqualsNoCase(strAnswer, L"W")))
+        ZoomWindow();
+    return RTNORM;
 }
 
 void CMainWindow::ZoomWindow() {
@@ -333,6 +312,9 @@ void CMainWindow::EndInput() {
 }
 
 void CMainWindow::Refresh() {
+    // Commands size their views for the window (ZOOM, -VIEW, MSLIDE).
+    m_editor.m_nScreenWidth = std::max(m_pView->width(), 1);
+    m_editor.m_nScreenHeight = std::max(m_pView->height(), 1);
     SyncTabs();
     CHostDocument* pDoc = m_editor.m_docs.Current();
     ShowDocument(pDoc);
@@ -346,9 +328,6 @@ void CMainWindow::Refresh() {
 
 void CMainWindow::SyncTabs() {
     std::vector<AcApDocument*> docs = m_editor.m_docs.documents();
-    for (auto it = m_saved.begin(); it != m_saved.end();)
-        it = std::find(docs.begin(), docs.end(), it->first) == docs.end() ? m_saved.erase(it)
-                                                                          : std::next(it);
     if (std::find(docs.begin(), docs.end(), m_pShown) == docs.end())
         m_pShown = nullptr;
     m_bSyncingTabs = true;
@@ -358,7 +337,7 @@ void CMainWindow::SyncTabs() {
         m_pTabs->addTab(QString());
     for (size_t i = 0; i < docs.size(); ++i) {
         QString title = ShortName(docs[i]->fileName());
-        if (IsModified(AsHostDoc(docs[i])))
+        if (AsHostDoc(docs[i])->Undo().IsModified())
             title += QLatin1Char('*');
         m_pTabs->setTabText(static_cast<int>(i), title);
         if (docs[i] == m_editor.m_docs.Current())
@@ -390,22 +369,6 @@ void CMainWindow::ShowDocument(AcApDocument* pDoc) {
     m_pShown = pDoc;
     m_pView->SetViewState(pDoc ? &AsHostDoc(pDoc)->m_view : nullptr);
     m_pView->State().bGrid = m_editor.m_vars.Short(L"GRIDMODE") != 0;
-}
-
-bool CMainWindow::IsModified(CHostDocument* pDoc) {
-    AcDbDatabase* pDb = pDoc->database();
-    if (!pDb)
-        return false;
-    long long nFileTime = 0;
-    if (pDoc->IsTitled())
-        nFileTime = QFileInfo(QString::fromStdString(ToOsPath(pDoc->fileName())))
-                        .lastModified()
-                        .toMSecsSinceEpoch();
-    uint64_t nHandseed = pDb->handseed().value();
-    auto [it, bNew] = m_saved.try_emplace(pDoc, SAVED_STATE{nHandseed, nFileTime});
-    if (!bNew && it->second.nFileTime != nFileTime)
-        it->second = {nHandseed, nFileTime}; // written meanwhile
-    return it->second.nHandseed != nHandseed;
 }
 
 void CMainWindow::UpdateStatusWords() {

@@ -22,8 +22,7 @@ class QTabBar;
 // editor's input functions.
 class CMainWindow : public QMainWindow, public IInputFeedback {
 public:
-    // pSolids gives solids their facets and visible edges; without it they show boxes.
-    CMainWindow(CEditorHost& editor, CGuiUi& ui, ISolidViewGeometry* pSolids = nullptr);
+    CMainWindow(CEditorHost& editor, CGuiUi& ui);
     ~CMainWindow() override;
 
     CDrawingView* View() { return m_pView; }
@@ -47,17 +46,9 @@ protected:
     void closeEvent(QCloseEvent* pEvent) override;
 
 private:
-    // A drawing counts as changed when it has made objects since it was read
-    // or written: handles are never reused, and its file's time tells a save.
-    struct SAVED_STATE {
-        uint64_t nHandseed = 0;
-        long long nFileTime = 0;
-    };
-    bool IsModified(CHostDocument* pDoc);
-
     void BuildMenus();
-    void AddGuiCommands();
-    void RunTool(CDrawingView::TOOL eTool, const std::wstring& strPrompt);
+    // "3DORBIT", "RTPAN" and "RTZOOM" with the mouse, until Enter or Esc.
+    int RunInteractiveView(const std::wstring& strCommand);
     void ZoomWindow();
     bool IsIdle();
     // A command line as if typed, run when the loop is free.
@@ -82,7 +73,6 @@ private:
     QMenu* m_pRecentMenu = nullptr;
     std::vector<INPUT_REQUEST> m_requests;
     std::vector<AcApDocument*> m_tabDocs;
-    std::map<AcApDocument*, SAVED_STATE> m_saved;
     AcApDocument* m_pShown = nullptr;
     bool m_bSyncingTabs = false;
 };
