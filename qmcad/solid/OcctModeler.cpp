@@ -52,7 +52,7 @@ struct COcctModeler::CImpl {
     }
 
     bool Parse(const std::vector<std::string>& body, TopoDS_Shape& shape) {
-        if (body.empty() || body[0].rfind("DBRep_DrawableShape", 0) != 0)
+        if (body.empty() || body[0].rfind("CASCADE Topology", 0) != 0)
             return false; // another kernel's data: kept, but not ours to read
         std::string text = Joined(body);
         if (auto it = cache.find(text); it != cache.end()) {
@@ -81,8 +81,13 @@ struct COcctModeler::CImpl {
         BRepTools::Write(shape, out);
         body.clear();
         std::istringstream in(out.str());
-        for (std::string line; std::getline(in, line);)
-            body.push_back(line);
+        // Lines as a file keeps them: no blank lines, no trailing blanks.
+        for (std::string line; std::getline(in, line);) {
+            while (!line.empty() && (line.back() == ' ' || line.back() == '\r'))
+                line.pop_back();
+            if (!line.empty())
+                body.push_back(line);
+        }
         cache.emplace(Joined(body), shape);
     }
 };

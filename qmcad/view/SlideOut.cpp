@@ -76,10 +76,11 @@ void MakeSlideOfView(const CProjectedView& view, CSlide& slide) {
 
 namespace {
 
-COLORREF Lit(short nColour, double dLight, COLORREF background) {
+// A line's or a facet's colour; index 7 is black lines but light grey faces on a light background.
+COLORREF Lit(short nColour, double dLight, COLORREF background, bool bFace = false) {
     COLORREF c = AciColour(nColour);
     if (nColour == 7 && GetRValue(background) + GetGValue(background) + GetBValue(background) > 384)
-        c = RGB(0, 0, 0);
+        c = bFace ? RGB(200, 200, 200) : RGB(0, 0, 0);
     auto f = [&](uint8_t v) { return static_cast<uint8_t>(std::clamp(v * dLight, 0.0, 255.0)); };
     return RGB(f(GetRValue(c)), f(GetGValue(c)), f(GetBValue(c)));
 }
@@ -130,7 +131,7 @@ void DrawLine(CImageSurface& s, PX_POINT a, PX_POINT b, COLORREF colour) {
 void PaintProjectedView(CImageSurface& surface, const CProjectedView& view, COLORREF background) {
     surface.Create(view.m_nWidth, view.m_nHeight, background);
     for (const PX_POLYGON& poly : view.m_polygons)
-        FillPolygon(surface, poly.p, 3, Lit(poly.nColour, poly.dLight, background));
+        FillPolygon(surface, poly.p, 3, Lit(poly.nColour, poly.dLight, background, true));
     for (const PX_LINE& l : view.m_lines) {
         COLORREF c = Lit(l.nColour, 1.0, background);
         if (l.dWidth > 1.5) {
