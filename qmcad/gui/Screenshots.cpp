@@ -51,11 +51,12 @@ bool WriteScreenshots(CMainWindow& window, CEditorHost& editor, const std::strin
     AcDbDatabase* pDb = acdbHostApplicationServices()->workingDatabase();
     if (!pDb)
         return false;
-    DEMO_PANEL panel = AddDemoPanel(*pDb, AcGePoint3d(0, 0, 0));
-    AddDemoPanel(*pDb, AcGePoint3d(700, 0, 0));
+    DEMO_PANEL left = AddDemoPanel(*pDb, AcGePoint3d(0, 0, 0));
+    DEMO_PANEL right = AddDemoPanel(*pDb, AcGePoint3d(700, 0, 0));
     window.resize(1600, 1000);
     window.show();
-    CutPanel(editor, panel);
+    CutPanel(editor, left);
+    CutPanel(editor, right);
     editor.ExecuteLine(L"ZOOM E", true);
     window.Refresh();
     window.CommandLine()->Print(L"命令: ");
