@@ -34,6 +34,22 @@ double TextDistance(const PX_TEXT& t, double x, double y) {
     return std::hypot(du, dv);
 }
 
+// A thin line straight into 32-bit pixels (the cache the view paints into):
+// far cheaper than a painter's path for the many short lines of a big drawing.
+void PlotLine(uchar* bits, qsizetype nStride, int nWidth, int nHeight, double x0, double y0,
+              double x1, double y1, QRgb colour) {
+    double dx = x1 - x0, dy = y1 - y0;
+    int n = static_cast<int>(std::max(std::fabs(dx), std::fabs(dy)));
+    double sx = n > 0 ? dx / n : 0, sy = n > 0 ? dy / n : 0;
+    double x = x0, y = y0;
+    for (int i = 0; i <= n; ++i, x += sx, y += sy) {
+        // Truncation after a shift: floor without the call, for x > -1024.
+        int px = static_cast<int>(x + 1024.0) - 1024, py = static_cast<int>(y + 1024.0) - 1024;
+        if (px >= 0 && py >= 0 && px < nWidth && py < nHeight)
+            reinterpret_cast<QRgb*>(bits + py * nStride)[px] = colour;
+    }
+}
+
 const QFont& TextFont() {
     static const QFont font = [] {
         QFont f(QStringLiteral("WenQuanYi Micro Hei"));
@@ -61,6 +77,10 @@ const CDisplayList& CDisplayScene::List(const VIEW_STATE& view, bool bKeepEdges)
     m_list.Clear();
     if (pDb)
         BuildDisplayList(*pDb, view, m_pSolids, m_list);
+    m_rest.Clear();
+    m_rest.m_texts = m_list.m_texts;
+    m_rest.m_triangles = m_list.m_triangles;
+    m_bPlaneValid = false;
     m_bValid = true;
     m_pBuiltFor = pDb;
     m_builtView = view;
@@ -71,7 +91,83 @@ const CDisplayList& CDisplayScene::List(const VIEW_STATE& view, bool bKeepEdges)
 
 void CDisplayScene::Paint(QPainter& painter, const VIEW_STATE& view, int nWidth, int nHeight,
                           bool bKeepEdges) {
-    DrawProjectedView(painter, ProjectDisplayList(List(view, bKeepEdges), view, nWidth, nHeight));
+    List(view, bKeepEdges);
+    PreparePlaneLines(view);
+    CProjectedView rest = ProjectDisplayList(m_rest, view, nWidth, nHeight);
+    DrawFacets(painter, rest);
+    DrawPlaneLines(painter, view, nWidth, nHeight);
+    DrawTexts(painter, rest);
+}
+
+void CDisplayScene::PreparePlaneLines(const VIEW_STATE& view) {
+    const AcGeVector3d& d = view.direction;
+    if (m_bPlaneValid && d.x == m_planeDirection.x && d.y == m_planeDirection.y &&
+        d.z == m_planeDirection.z)
+        return;
+    VIEW_AXES axes = ViewAxes(d);
+    AcDbExtents ext = m_list.Extents();
+    AcGePoint3d mid;
+    if (ext.isValid())
+        mid = AcGePoint3d((ext.minPoint().x + ext.maxPoint().x) / 2,
+                          (ext.minPoint().y + ext.maxPoint().y) / 2,
+                          (ext.minPoint().z + ext.maxPoint().z) / 2);
+    VIEW_COORD o = ToView(axes, AcGePoint3d(), mid);
+    m_dPlaneU = o.u;
+    m_dPlaneV = o.v;
+    m_planeLines.clear();
+    m_planeLines.reserve(m_list.m_lines.size());
+    for (const DL_LINE& l : m_list.m_lines) {
+        VIEW_COORD a = ToView(axes, mid, l.a), b = ToView(axes, mid, l.b);
+        m_planeLines.push_back({static_cast<float>(a.u), static_cast<float>(a.v),
+                                static_cast<float>(b.u), static_cast<float>(b.v),
+                                static_cast<float>(l.dWidth), l.nColour});
+    }
+    m_planeDirection = d;
+    m_bPlaneValid = true;
+}
+
+// Lines under a pixel long are set as pixels straight into the image: a
+// drawing zoomed out has hundreds of thousands of them.
+void CDisplayScene::DrawPlaneLines(QPainter& painter, const VIEW_STATE& view, int nWidth,
+                                   int nHeight) const {
+    double scale = nHeight / (view.dHeight > 0 ? view.dHeight : 1.0);
+    VIEW_COORD t = ToView(ViewAxes(view.direction), AcGePoint3d(), view.target);
+    double cx = nWidth / 2.0 - (t.u - m_dPlaneU) * scale;
+    double cy = nHeight / 2.0 + (t.v - m_dPlaneV) * scale;
+    auto* pImage = dynamic_cast<QImage*>(painter.device());
+    bool bDirect = pImage && painter.transform().isIdentity() && !painter.hasClipping() &&
+                   (pImage->format() == QImage::Format_RGB32 ||
+                    pImage->format() == QImage::Format_ARGB32_Premultiplied);
+    uchar* bits = bDirect ? pImage->bits() : nullptr; // one detach, not one a pixel
+    qsizetype nStride = bDirect ? pImage->bytesPerLine() : 0;
+    QRgb palette[256];
+    for (int i = 0; i < 256; ++i)
+        palette[i] = IndexColour(static_cast<short>(i)).rgb();
+    std::map<std::pair<short, double>, std::vector<QLineF>> batches;
+    for (const PLANE_LINE& l : m_planeLines) {
+        double x0 = cx + l.u0 * scale, y0 = cy - l.v0 * scale;
+        double x1 = cx + l.u1 * scale, y1 = cy - l.v1 * scale;
+        double w = l.fWidth * scale;
+        double margin = std::max(w, 1.0);
+        if (std::max(x0, x1) < -margin || std::min(x0, x1) > nWidth + margin ||
+            std::max(y0, y1) < -margin || std::min(y0, y1) > nHeight + margin)
+            continue; // off the screen
+        if (bDirect && w <= 1 && std::fabs(x1 - x0) < 4096 && std::fabs(y1 - y0) < 4096) {
+            PlotLine(bits, nStride, pImage->width(), pImage->height(), x0, y0, x1, y1,
+                     palette[l.nColour & 0xFF]);
+            continue;
+        }
+        batches[{l.nColour, w > 1 ? w : 0}].emplace_back(x0, y0, x1, y1);
+    }
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    for (auto& [key, lines] : batches) {
+        QPen pen(IndexColour(key.first), key.second);
+        pen.setCapStyle(key.second > 0 ? Qt::FlatCap : Qt::SquareCap);
+        painter.setPen(pen);
+        painter.drawLines(lines.data(), static_cast<int>(lines.size()));
+    }
+    painter.restore();
 }
 
 bool CDisplayScene::HitTest(const VIEW_STATE& view, int nWidth, int nHeight, double sx, double sy,
@@ -127,7 +223,7 @@ void CDisplayScene::PaintMoved(QPainter& painter, const VIEW_STATE& view, int nW
     DrawProjectedView(painter, ProjectDisplayList(list, wire, nWidth, nHeight));
 }
 
-void DrawProjectedView(QPainter& painter, const CProjectedView& view) {
+void DrawFacets(QPainter& painter, const CProjectedView& view) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing, false);
     for (const PX_POLYGON& poly : view.m_polygons) {
@@ -139,6 +235,34 @@ void DrawProjectedView(QPainter& painter, const CProjectedView& view) {
         painter.setBrush(c);
         painter.drawPolygon(pts, 3);
     }
+    painter.restore();
+}
+
+void DrawTexts(QPainter& painter, const CProjectedView& view) {
+    const QFont& font = TextFont();
+    QFontMetricsF metrics(font);
+    double cap = std::max(metrics.capHeight(), 1.0);
+    painter.save();
+    painter.setFont(font);
+    for (const PX_TEXT& t : view.m_texts) {
+        if (t.dHeight < 2 || t.strText.empty())
+            continue; // too small to read: the editor shows nothing either
+        double s = t.dHeight / cap;
+        painter.save();
+        painter.translate(t.origin.x, t.origin.y);
+        painter.rotate(-t.dAngle * 180.0 / M_PI);
+        painter.scale(s * t.dWidthFactor, s);
+        painter.setPen(IndexColour(t.nColour));
+        painter.drawText(QPointF(0, 0), QString::fromStdWString(t.strText));
+        painter.restore();
+    }
+    painter.restore();
+}
+
+void DrawProjectedView(QPainter& painter, const CProjectedView& view) {
+    DrawFacets(painter, view);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing, false);
     painter.setBrush(Qt::NoBrush);
     // One pen change per colour and width: the lines go in batches.
     std::map<std::pair<short, double>, std::vector<QLineF>> batches;
@@ -159,21 +283,6 @@ void DrawProjectedView(QPainter& painter, const CProjectedView& view) {
         painter.setPen(pen);
         painter.drawLines(lines.data(), static_cast<int>(lines.size()));
     }
-    const QFont& font = TextFont();
-    QFontMetricsF metrics(font);
-    double cap = std::max(metrics.capHeight(), 1.0);
-    painter.setFont(font);
-    for (const PX_TEXT& t : view.m_texts) {
-        if (t.dHeight < 2 || t.strText.empty())
-            continue; // too small to read: the editor shows nothing either
-        double s = t.dHeight / cap;
-        painter.save();
-        painter.translate(t.origin.x, t.origin.y);
-        painter.rotate(-t.dAngle * 180.0 / M_PI);
-        painter.scale(s * t.dWidthFactor, s);
-        painter.setPen(IndexColour(t.nColour));
-        painter.drawText(QPointF(0, 0), QString::fromStdWString(t.strText));
-        painter.restore();
-    }
     painter.restore();
+    DrawTexts(painter, view);
 }

@@ -32,9 +32,25 @@ public:
                     const AcDbObjectIdArray& ids, const AcGeMatrix3d& xform);
 
 private:
+    // The list's lines in view-plane coordinates for one direction: a pan or
+    // a zoom then only scales and shifts them, without going through 3D.
+    // Floats from an origin in the drawing's middle: small and exact enough.
+    struct PLANE_LINE {
+        float u0, v0, u1, v1;
+        float fWidth;
+        short nColour;
+    };
+    void PreparePlaneLines(const VIEW_STATE& view);
+    void DrawPlaneLines(QPainter& painter, const VIEW_STATE& view, int nWidth, int nHeight) const;
+
     DatabaseGetter m_getDatabase;
     ISolidViewGeometry* m_pSolids;
     CDisplayList m_list;
+    CDisplayList m_rest; // the list without its lines: texts and facets
+    std::vector<PLANE_LINE> m_planeLines;
+    bool m_bPlaneValid = false;
+    AcGeVector3d m_planeDirection;
+    double m_dPlaneU = 0, m_dPlaneV = 0; // the origin of the floats
     bool m_bValid = false;
     bool m_bHasSolidEdges = false;
     AcDbDatabase* m_pBuiltFor = nullptr;
@@ -44,5 +60,7 @@ private:
 // Paints projected primitives: facets far to near with their light, then
 // lines (grouped by colour and width), then texts.
 void DrawProjectedView(QPainter& painter, const CProjectedView& view);
+void DrawFacets(QPainter& painter, const CProjectedView& view);
+void DrawTexts(QPainter& painter, const CProjectedView& view);
 // An index colour as the view paints it on its dark background.
 QColor IndexColour(short nColour);

@@ -19,6 +19,7 @@ public:
     explicit CDrawingView(QWidget* pParent = nullptr);
 
     void SetScene(CDisplayScene* pScene);
+    CDisplayScene* Scene() { return m_pScene; }
     // The view state shown and changed by the gestures: the document's own,
     // so that commands and slides see what the window shows. Null: a local one.
     void SetViewState(VIEW_STATE* pState);

@@ -2,6 +2,7 @@
 // boxes.
 #include "GuiDriver.h"
 
+#include "demo/DemoPanel.h"
 #include "host/HostInput.h"
 #include "host/HostUi.h"
 
@@ -262,6 +263,43 @@ TEST(MainWindow, ZoomExtentsFramesTheDrawing) {
     QImage image = t.m_pView->Render();
     EXPECT_TRUE(PaintedNear(image, t.Pixel({1000, 2000, 0})));
     EXPECT_TRUE(PaintedNear(image, t.Pixel({3100, 2500, 0})));
+}
+
+TEST(MainWindow, ShadedViewOfACutPanelShowsTheCutouts) {
+    CGuiTestEditor t;
+    DEMO_PANEL panel = AddDemoPanel(*t.Database(), AcGePoint3d(0, 0, 0));
+    VIEW_STATE& view = t.m_pView->State();
+    view.direction = {0, 0, 1};
+    view.target = {300, 400, 0};
+    view.dHeight = 900;
+    view.eShade = SHADE_MODE::Gouraud;
+    // Inside the fan's 224 square cutout at (300, 250), away from its centre lines.
+    AcGePoint3d hole(350, 300, 0), plate(60, 350, 0);
+    t.m_pView->Invalidate();
+    QImage whole = t.m_pView->Render();
+    EXPECT_FALSE(IsBackground(whole, t.Pixel(hole))); // the cutout solid fills it
+    wchar_t buf[32];
+    std::vector<std::wstring> words{L"_subtract"};
+    panel.idSolid.handle().getIntoAsciiBuffer(buf);
+    words.insert(words.end(), {buf, L""});
+    for (AcDbObjectId id : panel.cutoutSolids) {
+        id.handle().getIntoAsciiBuffer(buf);
+        words.push_back(buf);
+    }
+    words.push_back(L"");
+    ASSERT_EQ(t.m_editor.Command(words), RTNORM);
+    t.m_pView->Invalidate();
+    QImage cut = t.m_pView->Render();
+    EXPECT_TRUE(IsBackground(cut, t.Pixel(hole)));
+    EXPECT_FALSE(IsBackground(cut, t.Pixel(plate)));
+    // Seen from the south-west the hole still shows the background through the plate.
+    view.direction = {-1, -1, 1};
+    ZoomViewToExtents(t.m_pView->Scene()->List(view), t.m_pView->width(), t.m_pView->height(),
+                      view);
+    t.m_pView->Repaint();
+    QImage iso = t.m_pView->Render();
+    EXPECT_TRUE(IsBackground(iso, t.Pixel(hole)));
+    EXPECT_FALSE(IsBackground(iso, t.Pixel(plate)));
 }
 
 TEST(MainWindow, BoxesCarryCaptionIconAndButtonsAndReturnTheAnswer) {
