@@ -70,37 +70,40 @@ void FillLarge(AcDbDatabase& db) {
     pSpace->close();
 }
 
-// 50 panels on a grid, each cut: one subtraction, its body copied to the others.
+// 50 panels on a grid: one panel is cut and made a block, referenced 50 times.
 void FillPanels(AcDbDatabase& db) {
-    DEMO_PANEL panel = AddDemoPanel(db, AcGePoint3d(0, 0, 0));
+    AcDbBlockTable* pTable = nullptr;
+    db.getBlockTable(pTable, AcDb::kForWrite);
+    auto* pBlock = new AcDbBlockTableRecord;
+    pBlock->setName(L"CUTPANEL");
+    AcDbObjectId blockId;
+    pTable->add(blockId, pBlock);
+    pTable->close();
+    pBlock->close();
+    AcDbDatabase scratch(true);
+    DEMO_PANEL panel = AddDemoPanel(scratch, AcGePoint3d(0, 0, 0));
     std::vector<std::vector<std::string>> tools;
-    for (AcDbObjectId id : panel.cutoutSolids) {
-        AcDb3dSolid* pTool = nullptr;
-        if (acdbOpenObject(pTool, id, AcDb::kForWrite) != Acad::eOk)
-            continue;
-        tools.push_back(pTool->body());
-        pTool->erase();
-        pTool->close();
-    }
+    for (AcDbObjectId id : panel.cutoutSolids)
+        acdbWithObject<AcDb3dSolid>(id, [&](AcDb3dSolid& s) { tools.push_back(s.body()); });
     std::vector<const std::vector<std::string>*> toolRefs;
     for (const auto& t : tools)
         toolRefs.push_back(&t);
-    AcDb3dSolid* pPlate = nullptr;
-    acdbOpenObject(pPlate, panel.idSolid, AcDb::kForWrite);
-    std::vector<std::string> body = pPlate->body();
+    std::vector<std::string> body;
+    acdbWithObject<AcDb3dSolid>(panel.idSolid, [&](AcDb3dSolid& s) { body = s.body(); });
     std::string strError;
     if (!GetOcctModeler().Subtract(body, toolRefs, strError))
         std::fprintf(stderr, "view_bench: the subtraction failed: %s\n", strError.c_str());
+    acdbOpenObject(pBlock, blockId, AcDb::kForWrite);
+    auto* pPlate = new AcDb3dSolid;
     pPlate->setBody(body);
-    pPlate->close();
+    Append(pBlock, pPlate, 8);
+    pBlock->close();
     AcDbBlockTableRecord* pSpace = nullptr;
     acdbOpenObject(pSpace, db.modelSpaceId(), AcDb::kForWrite);
-    for (int i = 1; i < 50; ++i) {
-        auto* pCopy = new AcDb3dSolid;
-        pCopy->setBody(body);
-        pCopy->transformBy(AcGeMatrix3d::translation({(i % 10) * 700.0, (i / 10) * 900.0, 0}));
-        Append(pSpace, pCopy, 8);
-    }
+    for (int i = 0; i < 50; ++i)
+        Append(pSpace,
+               new AcDbBlockReference(AcGePoint3d((i % 10) * 700.0, (i / 10) * 900.0, 0), blockId),
+               256);
     pSpace->close();
 }
 

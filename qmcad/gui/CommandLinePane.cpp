@@ -108,7 +108,11 @@ CEditorHost::LINE_READ CCommandLinePane::Read(std::wstring& strLine) {
             return LINE_READ::Line;
         }
         if (m_bWoken) {
+            // Posted work runs first and echoes itself: the prompt shown goes
+            // unanswered and is asked again afterwards.
             m_bWoken = false;
+            m_strOpenLine.clear();
+            m_pPrompt->clear();
             return LINE_READ::Woken;
         }
         // A handler inside this wait may wait for a line itself: the inner

@@ -16,6 +16,7 @@ public:
     CDisplayScene(DatabaseGetter getDatabase, ISolidViewGeometry* pSolids)
         : m_getDatabase(std::move(getDatabase)), m_pSolids(pSolids) {}
 
+    AcDbDatabase* Database() const { return m_getDatabase(); }
     // The drawing changed (or another one is shown): build the list anew when next asked.
     void Invalidate() { m_bValid = false; }
     // The list for the view; rebuilt when invalid, when the shade mode

@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QPolygonF>
 #include <QString>
 #include <QWheelEvent>
 
@@ -170,6 +171,17 @@ void CDrawingView::PaintOverlay(QPainter& painter) {
         painter.drawRect(QRectF(m_windowStart, c).normalized());
         painter.setBrush(Qt::NoBrush);
     }
+    if (m_bSnapShown) {
+        QPointF s = ToScreen(m_snap.pt);
+        painter.setPen(QPen(QColor(255, 200, 0), 2));
+        if (m_snap.eKind == SNAP_KIND::End)
+            painter.drawRect(QRectF(s.x() - 5, s.y() - 5, 10, 10));
+        else if (m_snap.eKind == SNAP_KIND::Mid)
+            painter.drawPolygon(
+                QPolygonF({{s.x(), s.y() - 6}, {s.x() - 6, s.y() + 5}, {s.x() + 6, s.y() + 5}}));
+        else
+            painter.drawEllipse(s, 6, 6);
+    }
     painter.setPen(QPen(QColor(255, 255, 255), 0));
     painter.drawLine(QPointF(0, c.y()), QPointF(width(), c.y()));
     painter.drawLine(QPointF(c.x(), 0), QPointF(c.x(), height()));
@@ -189,8 +201,20 @@ void CDrawingView::Answer(const std::wstring& strText, bool bEcho, const std::ws
         m_onAnswer(strText, bEcho, strShown);
 }
 
+AcGePoint3d CDrawingView::CursorPoint(const QPointF& pt) const {
+    return m_bSnapShown ? m_snap.pt : ToWorld(pt);
+}
+
+void CDrawingView::UpdateSnap(const QPointF& pt) {
+    INPUT_REQUEST::KIND k = m_request.eKind;
+    bool bAsksPoint =
+        k == INPUT_REQUEST::Point || k == INPUT_REQUEST::Corner || k == INPUT_REQUEST::Drag;
+    m_bSnapShown = m_bSnapOn && bAsksPoint && m_pScene &&
+                   FindSnapPoint(m_pScene->Database(), Transform(), pt.x(), pt.y(), 8, m_snap);
+}
+
 void CDrawingView::LeftClick(const QPointF& pt) {
-    AcGePoint3d world = ToWorld(pt);
+    AcGePoint3d world = CursorPoint(pt);
     switch (m_request.eKind) {
     case INPUT_REQUEST::Point:
     case INPUT_REQUEST::Corner:
@@ -261,6 +285,8 @@ void CDrawingView::mouseMoveEvent(QMouseEvent* pEvent) {
         Repaint();
         return;
     }
+    UpdateSnap(pt);
+    world = CursorPoint(pt);
     if (m_request.eKind == INPUT_REQUEST::Events)
         Answer(L"~" + PointText(world), false);
     if (m_request.eKind == INPUT_REQUEST::Drag && m_request.pSampler && *m_request.pSampler) {
@@ -312,6 +338,14 @@ void CDrawingView::wheelEvent(QWheelEvent* pEvent) {
 }
 
 void CDrawingView::keyPressEvent(QKeyEvent* pEvent) {
+    if (pEvent->key() == Qt::Key_F3) {
+        m_bSnapOn = !m_bSnapOn;
+        m_bSnapShown = false;
+        if (m_onModesChanged)
+            m_onModesChanged();
+        update();
+        return;
+    }
     if (pEvent->key() == Qt::Key_Escape) {
         m_bWindow = false;
         Answer(L"*Cancel*");

@@ -3,6 +3,7 @@
 
 #include "editor/EditorInput.h"
 #include "gui/DisplayScene.h"
+#include "gui/ObjectSnap.h"
 #include "gui/ViewTransform.h"
 
 #include <QImage>
@@ -54,6 +55,9 @@ public:
     std::function<void(QKeyEvent* pEvent)> m_onKey; // keys the view doesn't take
 
     static constexpr int kPickBox = 5; // half the pick box, pixels
+    // Object snap to ends, middles and centres while points are asked (F3 toggles).
+    bool m_bSnapOn = true;
+    std::function<void()> m_onModesChanged;
     void SetGridSpacing(double d) { m_dGridSpacing = d; }
 
 protected:
@@ -73,6 +77,9 @@ private:
     void PaintOverlay(QPainter& painter);
     void Answer(const std::wstring& strText, bool bEcho = true, const std::wstring& strShown = {});
     void LeftClick(const QPointF& pt);
+    // The point a click or the cursor gives: the snap point when one is shown.
+    AcGePoint3d CursorPoint(const QPointF& pt) const;
+    void UpdateSnap(const QPointF& pt);
     // A view without a height shows the drawing's extents: settled before use.
     void SettleHeight();
 
@@ -84,6 +91,8 @@ private:
     bool m_bHasBase = false;
     AcGeMatrix3d m_dragXform; // the sampler's last answer
     bool m_bDragShown = false;
+    SNAP_POINT m_snap;
+    bool m_bSnapShown = false;
     TOOL m_eTool = TOOL::None;
 
     QImage m_cache; // the scene as last painted

@@ -103,6 +103,7 @@ CMainWindow::CMainWindow(CEditorHost& editor, CGuiUi& ui)
                      [this](int nIndex) { OnTabClicked(nIndex); });
     m_editor.m_interactiveView = [this](const std::wstring& s) { return RunInteractiveView(s); };
     m_editor.m_onDrawingChanged = [this] { m_pView->Invalidate(); };
+    m_pView->m_onModesChanged = [this] { UpdateStatusWords(); };
     BuildMenus();
 }
 
@@ -379,6 +380,8 @@ void CMainWindow::UpdateStatusWords() {
         words << QStringLiteral("栅格");
     if (m_editor.m_vars.Short(L"ORTHOMODE"))
         words << QStringLiteral("正交");
+    if (m_pView->m_bSnapOn)
+        words << QStringLiteral("对象捕捉");
     const VIEW_STATE& view = m_pView->State();
     words << (view.eShade == SHADE_MODE::Gouraud ? QStringLiteral("着色")
                                                  : QStringLiteral("二维线框"));

@@ -100,6 +100,34 @@ TEST(MainWindow, TypedCommandAndClicksDrawALineAndTheHistoryShowsIt) {
         << history.toStdString();
 }
 
+TEST(MainWindow, PointsSnapToEndsMiddlesAndCentresUntilF3) {
+    CGuiTestEditor t;
+    AddEntity(t.Database(), new AcDbLine({0, 0, 0}, {40, 0, 0}));
+    AddEntity(t.Database(), new AcDbCircle({80, 40, 0}, 10));
+    std::vector<AcGePoint3d> points;
+    t.m_editor.m_commands.AddNative(L"TESTPT", [&] {
+        AcGePoint3d pt;
+        while (acedGetPoint(nullptr, L"指定点: ", pt) == RTNORM)
+            points.push_back(pt);
+    });
+    t.Then([&] { t.Type(QStringLiteral("TESTPT")); });
+    t.Then([&] { t.Click({19.6, 0.5, 0}); });  // the line's middle
+    t.Then([&] { t.Click({39.5, -0.4, 0}); }); // its end
+    t.Then([&] { t.Click({81, 39, 0}); });     // the circle's centre
+    t.Then([&] {
+        QTest::keyClick(t.m_pView, Qt::Key_F3);
+        t.Click({19.6, 0.5, 0}); // off: where the cursor is
+    });
+    t.Then([&] { t.Type(QString()); });
+    t.Run();
+    ASSERT_EQ(points.size(), 4u);
+    EXPECT_EQ(points[0], AcGePoint3d(20, 0, 0));
+    EXPECT_EQ(points[1], AcGePoint3d(40, 0, 0));
+    EXPECT_EQ(points[2], AcGePoint3d(80, 40, 0));
+    EXPECT_NE(points[3], AcGePoint3d(20, 0, 0));
+    EXPECT_NEAR(points[3].distanceTo({19.6, 0.5, 0}), 0, 0.3);
+}
+
 TEST(MainWindow, DraggedBlockFollowsTheCursorAndLandsWhereTheLastSampleSays) {
     CGuiTestEditor t;
     AcDbDatabase* pDb = t.Database();
