@@ -324,7 +324,17 @@ void CMainWindow::Refresh() {
     setWindowTitle(pDoc ? QStringLiteral("qmcad - [%1]").arg(ShortName(pDoc->fileName()))
                         : QStringLiteral("qmcad"));
     UpdateStatusWords();
-    m_pView->Invalidate();
+    // New objects and new undo steps show in the mark; a tracker moves
+    // objects between its reads of input events, so those always repaint.
+    DRAWING_MARK mark;
+    if (pDoc && pDoc->database())
+        mark = {pDoc->database(), pDoc->database()->handseed().value(), pDoc->Undo().StepCount()};
+    bool bTracking = !m_requests.empty() && m_requests.back().eKind == INPUT_REQUEST::Events;
+    if (!(mark == m_lastMark) || bTracking)
+        m_pView->Invalidate();
+    else
+        m_pView->Repaint();
+    m_lastMark = mark;
 }
 
 void CMainWindow::SyncTabs() {

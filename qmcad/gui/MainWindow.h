@@ -74,5 +74,14 @@ private:
     std::vector<INPUT_REQUEST> m_requests;
     std::vector<AcApDocument*> m_tabDocs;
     AcApDocument* m_pShown = nullptr;
+    // What the drawing looked like at the last paint: a wait for input
+    // repaints only when it changed (a hidden-line view is costly).
+    struct DRAWING_MARK {
+        AcDbDatabase* pDb = nullptr;
+        uint64_t nHandseed = 0;
+        size_t nUndoSteps = 0;
+        bool operator==(const DRAWING_MARK&) const = default;
+    };
+    DRAWING_MARK m_lastMark;
     bool m_bSyncingTabs = false;
 };
