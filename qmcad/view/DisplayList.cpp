@@ -1,5 +1,6 @@
 // Building the display list from model space: layers, colours, blocks, curves, texts, solids.
 #include "view/DisplayList.h"
+#include "view/HatchOutline.h"
 
 #include <algorithm>
 #include <cmath>
@@ -129,6 +130,8 @@ void CBuilder::Entity(const AcDbEntity& ent, const AcGeMatrix3d& m, short nByBlo
         return MText(*p, m, nColour);
     if (auto* p = dynamic_cast<const AcDb3dSolid*>(&ent))
         return Solid(*p, m, nColour);
+    if (auto* p = dynamic_cast<const AcDbUnknownEntity*>(&ent); p && p->m_strDxfName == L"HATCH")
+        return AppendHatchOutline(p->m_tags, m, nColour, m_list.m_lines);
     if (nDepth >= kMaxBlockDepth)
         return;
     short nInner = nColour;
