@@ -10,6 +10,8 @@
 #include <QScrollBar>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 CCommandLinePane::CCommandLinePane(QWidget* pParent) : QWidget(pParent) {
     m_pHistory = new QPlainTextEdit(this);
     m_pHistory->setReadOnly(true);
@@ -31,6 +33,10 @@ CCommandLinePane::CCommandLinePane(QWidget* pParent) : QWidget(pParent) {
     pLayout->addLayout(pLine);
     QObject::connect(m_pInput, &QLineEdit::returnPressed, this, [this] {
         std::wstring strText = m_pInput->text().toStdWString();
+        if (!m_pInput->text().isEmpty() &&
+            (m_typed.isEmpty() || m_typed.back() != m_pInput->text()))
+            m_typed.append(m_pInput->text());
+        m_nRecall = m_typed.size();
         m_pInput->clear();
         Submit(strText);
     });
@@ -132,6 +138,12 @@ bool CCommandLinePane::eventFilter(QObject* pWatched, QEvent* pEvent) {
     if (pKey->key() == Qt::Key_Escape) {
         m_pInput->clear();
         Submit(L"*Cancel*");
+        return true;
+    }
+    if ((pKey->key() == Qt::Key_Up || pKey->key() == Qt::Key_Down) && !m_typed.isEmpty()) {
+        m_nRecall = std::clamp<qsizetype>(m_nRecall + (pKey->key() == Qt::Key_Up ? -1 : 1), 0,
+                                          m_typed.size());
+        m_pInput->setText(m_nRecall < m_typed.size() ? m_typed[m_nRecall] : QString());
         return true;
     }
     if (pKey->key() == Qt::Key_Space && m_bSpaceEnters) {

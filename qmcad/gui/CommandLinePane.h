@@ -54,6 +54,8 @@ private:
     QLabel* m_pPrompt;
     QLineEdit* m_pInput;
     QString m_strOpenLine; // printed text after the last line end
+    QStringList m_typed;   // lines typed, for Up and Down
+    qsizetype m_nRecall = 0;
     struct ANSWER {
         std::wstring strText;
         bool bEcho;
