@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QTabBar>
 #include <QTest>
 #include <QTimer>
 
@@ -328,6 +329,28 @@ TEST(MainWindow, ShadedViewOfACutPanelShowsTheCutouts) {
     QImage iso = t.m_pView->Render();
     EXPECT_TRUE(IsBackground(iso, t.Pixel(hole)));
     EXPECT_FALSE(IsBackground(iso, t.Pixel(plate)));
+}
+
+TEST(MainWindow, DocumentTabsFollowTheEditorMarkChangesAndSwitchDocuments) {
+    CGuiTestEditor t;
+    t.m_editor.m_commands.AddNative(L"TESTADD", [&] {
+        AddEntity(t.Database(), new AcDbLine({0, 0, 0}, {10, 10, 0}));
+    });
+    auto* pTabs = t.m_pWindow->findChild<QTabBar*>();
+    ASSERT_NE(pTabs, nullptr);
+    AcApDocument* pFirst = t.m_editor.m_docs.curDocument();
+    t.Then([&] { t.Type(QStringLiteral("NEW")); });
+    t.Then([&] { t.Type(QStringLiteral("TESTADD")); });
+    t.Then([&] {
+        ASSERT_EQ(pTabs->count(), 2);
+        EXPECT_EQ(pTabs->tabText(0), QStringLiteral("Drawing1.dwg"));
+        EXPECT_EQ(pTabs->tabText(1), QStringLiteral("Drawing2.dwg*"));
+        EXPECT_EQ(pTabs->currentIndex(), 1);
+        pTabs->setCurrentIndex(0); // a click on the first tab while the editor waits
+    });
+    t.Run();
+    EXPECT_EQ(t.m_editor.m_docs.curDocument(), pFirst);
+    EXPECT_TRUE(t.m_pWindow->windowTitle().contains(QStringLiteral("Drawing1.dwg")));
 }
 
 TEST(MainWindow, BoxesCarryCaptionIconAndButtonsAndReturnTheAnswer) {
