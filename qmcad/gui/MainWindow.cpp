@@ -42,6 +42,13 @@ QString ShortName(const std::wstring& strFileName) {
 CMainWindow::CMainWindow(CEditorHost& editor, CGuiUi& ui)
     : m_editor(editor), m_ui(ui),
       m_scene([] { return acdbHostApplicationServices()->workingDatabase(); }, &GetOcctModeler()) {
+    BuildLayout();
+    ConnectEditor();
+    ConnectView();
+    BuildMenus();
+}
+
+void CMainWindow::BuildLayout() {
     setWindowTitle(QStringLiteral("qmcad"));
     resize(1280, 800);
     m_pTabs = new QTabBar;
@@ -70,7 +77,10 @@ CMainWindow::CMainWindow(CEditorHost& editor, CGuiUi& ui)
     m_pModes = new QLabel;
     statusBar()->addWidget(m_pCoords);
     statusBar()->addPermanentWidget(m_pModes);
+}
 
+// The editor's output, input, posted work and view commands go through this window.
+void CMainWindow::ConnectEditor() {
     m_ui.m_pParent = this;
     m_ui.m_print = [this](const std::wstring& s) { m_pCommandLine->Print(s); };
     m_editor.m_pFrame = this;
@@ -80,6 +90,11 @@ CMainWindow::CMainWindow(CEditorHost& editor, CGuiUi& ui)
     };
     m_editor.m_docs.m_onPosted = [this] { m_pCommandLine->Wake(); };
     m_pCommandLine->m_onWaiting = [this] { Refresh(); };
+    m_editor.m_interactiveView = [this](const std::wstring& s) { return RunInteractiveView(s); };
+    m_editor.m_onDrawingChanged = [this] { m_pView->Invalidate(); };
+}
+
+void CMainWindow::ConnectView() {
     m_pView->m_onAnswer = [this](const std::wstring& s, bool bEcho, const std::wstring& shown) {
         m_pCommandLine->Submit(s, bEcho, shown);
     };
@@ -99,12 +114,9 @@ CMainWindow::CMainWindow(CEditorHost& editor, CGuiUi& ui)
         else
             pInput->insert(pEvent->text());
     };
+    m_pView->m_onModesChanged = [this] { UpdateStatusWords(); };
     QObject::connect(m_pTabs, &QTabBar::currentChanged, this,
                      [this](int nIndex) { OnTabClicked(nIndex); });
-    m_editor.m_interactiveView = [this](const std::wstring& s) { return RunInteractiveView(s); };
-    m_editor.m_onDrawingChanged = [this] { m_pView->Invalidate(); };
-    m_pView->m_onModesChanged = [this] { UpdateStatusWords(); };
-    BuildMenus();
 }
 
 CMainWindow::~CMainWindow() {

@@ -46,6 +46,9 @@ protected:
     void closeEvent(QCloseEvent* pEvent) override;
 
 private:
+    void BuildLayout();
+    void ConnectEditor();
+    void ConnectView();
     void BuildMenus();
     // "3DORBIT", "RTPAN" and "RTZOOM" with the mouse, until Enter or Esc.
     int RunInteractiveView(const std::wstring& strCommand);
