@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <map>
 #include <vector>
 
@@ -50,6 +51,94 @@ void PlotLine(uchar* bits, qsizetype nStride, int nWidth, int nHeight, double x0
     }
 }
 
+// The image under the painter when pixels may be written straight into it.
+QImage* DirectImage(QPainter& painter) {
+    auto* pImage = dynamic_cast<QImage*>(painter.device());
+    bool bDirect = pImage && painter.transform().isIdentity() && !painter.hasClipping() &&
+                   (pImage->format() == QImage::Format_RGB32 ||
+                    pImage->format() == QImage::Format_ARGB32_Premultiplied);
+    return bDirect ? pImage : nullptr;
+}
+
+double Dot(const AcGeVector3d& a, const AcGeVector3d& b) {
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+
+// Facets with a depth buffer: each pixel shows the nearest face, where an
+// order of whole faces goes wrong for large faces. Light and culling as the
+// display list's projection has them.
+void RasterFacets(QImage& image, const VIEW_STATE& view, const std::vector<DL_TRIANGLE>& facets) {
+    if (facets.empty() || view.dHeight <= 0)
+        return;
+    int w = image.width(), h = image.height();
+    VIEW_AXES axes = ViewAxes(view.direction);
+    double scale = h / view.dHeight;
+    AcGeVector3d light = axes.z * 0.8 + axes.y * 0.45 + axes.x * (-0.4);
+    light = light * (1.0 / light.length());
+    std::vector<float> depth(static_cast<size_t>(w) * h, -std::numeric_limits<float>::infinity());
+    uchar* bits = image.bits();
+    qsizetype nStride = image.bytesPerLine();
+    for (const DL_TRIANGLE& t : facets) {
+        if (Dot(t.normal, axes.z) < -1e-9)
+            continue; // turned away
+        double x[3], y[3], z[3];
+        for (int i = 0; i < 3; ++i) {
+            VIEW_COORD c = ToView(axes, view.target, t.p[i]);
+            x[i] = w / 2.0 + c.u * scale;
+            y[i] = h / 2.0 - c.v * scale;
+            z[i] = c.depth;
+        }
+        double area = (x[1] - x[0]) * (y[2] - y[0]) - (x[2] - x[0]) * (y[1] - y[0]);
+        if (std::fabs(area) < 1e-9)
+            continue; // edge-on
+        QColor c = IndexColour(t.nColour);
+        double lit = 0.3 + 0.7 * std::max(0.0, Dot(t.normal, light));
+        QRgb rgb = qRgb(int(c.red() * lit), int(c.green() * lit), int(c.blue() * lit));
+        // Each weight is linear on the screen: b = bx * x + by * y + bc. A row's
+        // pixels inside all three lie in one span, found without trying each.
+        double bx[3], by[3], bc[3];
+        for (int i = 0; i < 3; ++i) {
+            int j = (i + 1) % 3, k = (i + 2) % 3;
+            bx[i] = (y[j] - y[k]) / area;
+            by[i] = (x[k] - x[j]) / area;
+            bc[i] = (x[j] * y[k] - x[k] * y[j]) / area;
+        }
+        double zx = bx[0] * z[0] + bx[1] * z[1] + bx[2] * z[2];
+        double zy = by[0] * z[0] + by[1] * z[1] + by[2] * z[2];
+        double zc = bc[0] * z[0] + bc[1] * z[1] + bc[2] * z[2];
+        int y0 = std::max(0, int(std::floor(std::min({y[0], y[1], y[2]}))));
+        int y1 = std::min(h - 1, int(std::ceil(std::max({y[0], y[1], y[2]}))));
+        for (int py = y0; py <= y1; ++py) {
+            double cy = py + 0.5;
+            double lo = 0, hi = w; // pixel centres cx = px + 0.5 in [lo, hi]
+            for (int i = 0; i < 3 && lo <= hi; ++i) {
+                double rest = by[i] * cy + bc[i]; // b = bx * cx + rest >= 0
+                if (std::fabs(bx[i]) < 1e-15) {
+                    if (rest < -1e-9)
+                        hi = -1;
+                } else if (bx[i] > 0) {
+                    lo = std::max(lo, (-1e-9 - rest) / bx[i]);
+                } else {
+                    hi = std::min(hi, (-1e-9 - rest) / bx[i]);
+                }
+            }
+            int px0 = std::max(0, int(std::ceil(lo - 0.5)));
+            int px1 = std::min(w - 1, int(std::floor(hi - 0.5)));
+            if (px0 > px1)
+                continue;
+            auto* row = reinterpret_cast<QRgb*>(bits + py * nStride);
+            float* zrow = depth.data() + static_cast<size_t>(py) * w;
+            double d = zx * (px0 + 0.5) + zy * cy + zc;
+            for (int px = px0; px <= px1; ++px, d += zx) {
+                if (d < zrow[px])
+                    continue;
+                zrow[px] = static_cast<float>(d);
+                row[px] = rgb;
+            }
+        }
+    }
+}
+
 const QFont& TextFont() {
     static const QFont font = [] {
         QFont f(QStringLiteral("WenQuanYi Micro Hei"));
@@ -77,9 +166,10 @@ const CDisplayList& CDisplayScene::List(const VIEW_STATE& view, bool bKeepEdges)
     m_list.Clear();
     if (pDb)
         BuildDisplayList(*pDb, view, m_pSolids, m_list);
-    m_rest.Clear();
-    m_rest.m_texts = m_list.m_texts;
-    m_rest.m_triangles = m_list.m_triangles;
+    m_texts.Clear();
+    m_texts.m_texts = m_list.m_texts;
+    m_facets.Clear();
+    m_facets.m_triangles = m_list.m_triangles;
     m_bPlaneValid = false;
     m_bValid = true;
     m_pBuiltFor = pDb;
@@ -93,10 +183,13 @@ void CDisplayScene::Paint(QPainter& painter, const VIEW_STATE& view, int nWidth,
                           bool bKeepEdges) {
     List(view, bKeepEdges);
     PreparePlaneLines(view);
-    CProjectedView rest = ProjectDisplayList(m_rest, view, nWidth, nHeight);
-    DrawFacets(painter, rest);
+    QImage* pImage = DirectImage(painter);
+    if (pImage)
+        RasterFacets(*pImage, view, m_facets.m_triangles);
+    else
+        DrawFacets(painter, ProjectDisplayList(m_facets, view, nWidth, nHeight));
     DrawPlaneLines(painter, view, nWidth, nHeight);
-    DrawTexts(painter, rest);
+    DrawTexts(painter, ProjectDisplayList(m_texts, view, nWidth, nHeight));
 }
 
 void CDisplayScene::PreparePlaneLines(const VIEW_STATE& view) {
@@ -134,10 +227,8 @@ void CDisplayScene::DrawPlaneLines(QPainter& painter, const VIEW_STATE& view, in
     VIEW_COORD t = ToView(ViewAxes(view.direction), AcGePoint3d(), view.target);
     double cx = nWidth / 2.0 - (t.u - m_dPlaneU) * scale;
     double cy = nHeight / 2.0 + (t.v - m_dPlaneV) * scale;
-    auto* pImage = dynamic_cast<QImage*>(painter.device());
-    bool bDirect = pImage && painter.transform().isIdentity() && !painter.hasClipping() &&
-                   (pImage->format() == QImage::Format_RGB32 ||
-                    pImage->format() == QImage::Format_ARGB32_Premultiplied);
+    QImage* pImage = DirectImage(painter);
+    bool bDirect = pImage != nullptr;
     uchar* bits = bDirect ? pImage->bits() : nullptr; // one detach, not one a pixel
     qsizetype nStride = bDirect ? pImage->bytesPerLine() : 0;
     QRgb palette[256];

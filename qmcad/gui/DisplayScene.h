@@ -47,7 +47,8 @@ private:
     DatabaseGetter m_getDatabase;
     ISolidViewGeometry* m_pSolids;
     CDisplayList m_list;
-    CDisplayList m_rest; // the list without its lines: texts and facets
+    CDisplayList m_texts;  // the list's texts alone
+    CDisplayList m_facets; // its facets alone
     std::vector<PLANE_LINE> m_planeLines;
     bool m_bPlaneValid = false;
     AcGeVector3d m_planeDirection;

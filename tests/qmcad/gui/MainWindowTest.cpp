@@ -307,6 +307,14 @@ TEST(MainWindow, ShadedViewOfACutPanelShowsTheCutouts) {
     t.m_pView->Invalidate();
     QImage whole = t.m_pView->Render();
     EXPECT_FALSE(IsBackground(whole, t.Pixel(hole))); // the cutout solid fills it
+    // Seen from the south-west, the far cutouts stand out of the plate in
+    // front of it: every pixel shows the nearest face, not the last painted.
+    view.direction = {-1, -1, 1};
+    t.m_pView->Repaint();
+    QColor far = QColor(t.m_pView->Render().pixel(t.Pixel({150 + 20, 650 + 20, 3})));
+    EXPECT_GT(far.green(), far.red() + 60) << far.name().toStdString();
+    view.direction = {0, 0, 1};
+    t.m_pView->Invalidate();
     wchar_t buf[32];
     std::vector<std::wstring> words{L"_subtract"};
     panel.idSolid.handle().getIntoAsciiBuffer(buf);
