@@ -215,8 +215,47 @@ void CDisplayScene::PreparePlaneLines(const VIEW_STATE& view) {
                                 static_cast<float>(b.u), static_cast<float>(b.v),
                                 static_cast<float>(l.dWidth), l.nColour});
     }
+    BuildCoarseLines(ext.isValid() ? std::max({ext.maxPoint().x - ext.minPoint().x,
+                                               ext.maxPoint().y - ext.minPoint().y,
+                                               ext.maxPoint().z - ext.minPoint().z})
+                                   : 0.0);
     m_planeDirection = d;
     m_bPlaneValid = true;
+}
+
+// Runs of joined thin segments of one colour (arcs, circles) whose whole
+// extent stays under a four-thousandth of the drawing become one segment:
+// while the drawing is seen whole each such run covers a pixel or two.
+void CDisplayScene::BuildCoarseLines(double dDrawingSize) {
+    m_coarseLines.clear();
+    m_dCoarseSize = dDrawingSize / 4000;
+    if (m_dCoarseSize <= 0)
+        return;
+    float limit = static_cast<float>(m_dCoarseSize);
+    size_t i = 0, n = m_planeLines.size();
+    while (i < n) {
+        PLANE_LINE run = m_planeLines[i];
+        float lo[2] = {std::min(run.u0, run.u1), std::min(run.v0, run.v1)};
+        float hi[2] = {std::max(run.u0, run.u1), std::max(run.v0, run.v1)};
+        size_t j = i + 1;
+        while (j < n && run.fWidth == 0) {
+            const PLANE_LINE& next = m_planeLines[j];
+            if (next.fWidth != 0 || next.nColour != run.nColour || next.u0 != run.u1 ||
+                next.v0 != run.v1)
+                break;
+            float nlo[2] = {std::min(lo[0], next.u1), std::min(lo[1], next.v1)};
+            float nhi[2] = {std::max(hi[0], next.u1), std::max(hi[1], next.v1)};
+            if (nhi[0] - nlo[0] > limit || nhi[1] - nlo[1] > limit)
+                break;
+            std::copy(nlo, nlo + 2, lo);
+            std::copy(nhi, nhi + 2, hi);
+            run.u1 = next.u1;
+            run.v1 = next.v1;
+            ++j;
+        }
+        m_coarseLines.push_back(run);
+        i = j;
+    }
 }
 
 // Lines under a pixel long are set as pixels straight into the image: a
@@ -235,7 +274,9 @@ void CDisplayScene::DrawPlaneLines(QPainter& painter, const VIEW_STATE& view, in
     for (int i = 0; i < 256; ++i)
         palette[i] = IndexColour(static_cast<short>(i)).rgb();
     std::map<std::pair<short, double>, std::vector<QLineF>> batches;
-    for (const PLANE_LINE& l : m_planeLines) {
+    // Zoomed out so far that a coarse run is under half a pixel: draw the runs.
+    bool bCoarse = m_dCoarseSize * scale < 0.5 && !m_coarseLines.empty();
+    for (const PLANE_LINE& l : bCoarse ? m_coarseLines : m_planeLines) {
         double x0 = cx + l.u0 * scale, y0 = cy - l.v0 * scale;
         double x1 = cx + l.u1 * scale, y1 = cy - l.v1 * scale;
         double w = l.fWidth * scale;

@@ -42,6 +42,7 @@ private:
         short nColour;
     };
     void PreparePlaneLines(const VIEW_STATE& view);
+    void BuildCoarseLines(double dDrawingSize);
     void DrawPlaneLines(QPainter& painter, const VIEW_STATE& view, int nWidth, int nHeight) const;
 
     DatabaseGetter m_getDatabase;
@@ -50,6 +51,8 @@ private:
     CDisplayList m_texts;  // the list's texts alone
     CDisplayList m_facets; // its facets alone
     std::vector<PLANE_LINE> m_planeLines;
+    std::vector<PLANE_LINE> m_coarseLines; // the same with short runs joined
+    double m_dCoarseSize = 0;              // the longest run joined, drawing units
     bool m_bPlaneValid = false;
     AcGeVector3d m_planeDirection;
     double m_dPlaneU = 0, m_dPlaneV = 0; // the origin of the floats
