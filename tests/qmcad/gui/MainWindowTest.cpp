@@ -280,6 +280,10 @@ TEST(MainWindow, ZoomExtentsFramesTheDrawing) {
     AcDbDatabase* pDb = t.Database();
     AddEntity(pDb, new AcDbLine({1000, 2000, 0}, {3000, 2500, 0}), 2);
     AddEntity(pDb, new AcDbCircle({3000, 2500, 0}, 100), 3);
+    // Circles far under a pixel: drawn as joined runs, but drawn.
+    std::vector<AcGePoint3d> dots{{1500, 2100, 0}, {2000, 2400, 0}, {2500, 2050, 0}};
+    for (const AcGePoint3d& c : dots)
+        AddEntity(pDb, new AcDbCircle(c, 0.8), 4);
     t.Then([&] { t.Type(QStringLiteral("ZOOM")); });
     t.Then([&] { t.Type(QStringLiteral("E")); });
     t.Run();
@@ -292,6 +296,8 @@ TEST(MainWindow, ZoomExtentsFramesTheDrawing) {
     QImage image = t.m_pView->Render();
     EXPECT_TRUE(PaintedNear(image, t.Pixel({1000, 2000, 0})));
     EXPECT_TRUE(PaintedNear(image, t.Pixel({3100, 2500, 0})));
+    for (const AcGePoint3d& c : dots)
+        EXPECT_TRUE(PaintedNear(image, t.Pixel(c), 1));
 }
 
 TEST(MainWindow, ShadedViewOfACutPanelShowsTheCutouts) {
