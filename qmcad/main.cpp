@@ -9,6 +9,9 @@
 #include "ftp/CurlFtpClient.h"
 #include "solid/OcctModeler.h"
 #include "solid/PanelExport.h"
+#include "gui/GuiUi.h"
+#include "gui/MainWindow.h"
+#include "gui/Screenshots.h"
 #include "suite/SuiteConfig.h"
 #include "suite/SuiteLabelNames.h"
 #include "suite/SuiteMainLib.h"
@@ -34,12 +37,13 @@ struct OPTIONS {
     std::string strScript;
     std::string strModule;
     std::string strOpen; // a drawing to open at start
+    std::string strScreenshots;
     bool bConsole = false;
 };
 
 int Usage() {
     std::fputs("usage: qmcad [--console] [--demo DIR] [--config FILE] [--script FILE] "
-               "[--module PATH] [FILE.dwg]\n       qmcad --export-panels DRAWING DIR\n",
+               "[--module PATH] [--screenshots DIR] [FILE.dwg]\n       qmcad --export-panels DRAWING DIR\n",
                stderr);
     return 2;
 }
@@ -65,6 +69,8 @@ bool ParseOptions(int argc, char** argv, OPTIONS& opt) {
             opt.strScript = argv[++i];
         else if (arg == "--module")
             opt.strModule = argv[++i];
+        else if (arg == "--screenshots")
+            opt.strScreenshots = argv[++i];
         else
             return false;
     }
@@ -102,21 +108,30 @@ bool HasDisplay() {
 
 // Windows exist in every mode so that dialogs can be driven and tested; without
 // a screen to show them on (or when asked for the console) they live offscreen.
-void ChooseWindowPlatform(const OPTIONS& opt) {
+// True when the desktop's main window is to be shown.
+bool ChooseWindowPlatform(const OPTIONS& opt) {
+    if (!opt.strScreenshots.empty()) {
+        ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+        return false;
+    }
+    if (opt.bConsole || !opt.strScript.empty()) {
+        if (!EnvIsSet("QT_QPA_PLATFORM"))
+            ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+        return false;
+    }
     if (EnvIsSet("QT_QPA_PLATFORM"))
-        return; // the user's choice stands
-    bool bOffscreen = opt.bConsole || !opt.strScript.empty() || !HasDisplay();
-    if (!bOffscreen)
-        return;
-    if (opt.strScript.empty() && !opt.bConsole)
-        std::fputs("qmcad: no display (DISPLAY is not set): windows stay offscreen, "
-                   "commands run on this terminal\n",
-                   stdout);
+        return EnvText("QT_QPA_PLATFORM") != "offscreen"; // the user's choice stands
+    if (HasDisplay())
+        return true;
+    std::fputs("qmcad: no display (DISPLAY and WAYLAND_DISPLAY are not set): the command line "
+               "runs on this terminal, windows stay offscreen\n",
+               stdout);
     ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    return false;
 }
 
 // The drawing named on the command line, else a new one (also when it cannot be read).
-void OpenStartDocument(CEditorHost& editor, CConsoleUi& ui, std::string strOpen) {
+void OpenStartDocument(CEditorHost& editor, IHostUi& ui, std::string strOpen) {
     char cwd[4096];
     if (!strOpen.empty() && strOpen[0] != '/' && ::getcwd(cwd, sizeof cwd))
         strOpen = std::string(cwd) + "/" + strOpen;
@@ -153,7 +168,8 @@ int main(int argc, char** argv) {
     OPTIONS opt;
     if (!ParseOptions(argc, argv, opt))
         return Usage();
-    ChooseWindowPlatform(opt);
+    bool bDesktop = ChooseWindowPlatform(opt);
+    bool bScreenshots = !opt.strScreenshots.empty();
     CHostApplication app(argc, argv);
     // Drawings are DXF files whatever their names; binary DWG files are converted on reading.
     acdbSetFileCodec(&GetDwgCodec());
@@ -170,11 +186,17 @@ int main(int argc, char** argv) {
         }
     }
 
-    CConsoleUi ui;
-    CEditorHost editor(ui);
+    CConsoleUi consoleUi;
+    CGuiUi guiUi;
+    bool bWindow = bDesktop || bScreenshots;
+    CEditorHost editor(bWindow ? static_cast<IHostUi&>(guiUi) : consoleUi);
     QWidget frame; // the parent of the module's windows; the console shows none of its own
     frame.setWindowTitle(QStringLiteral("qmcad"));
     editor.m_pFrame = &frame;
+    std::unique_ptr<CMainWindow> pWindow;
+    if (bWindow)
+        pWindow = std::make_unique<CMainWindow>(editor, guiUi); // the frame from now on
+    IHostUi& ui = bWindow ? static_cast<IHostUi&>(guiUi) : consoleUi;
     app.m_onEscape = [&ui](const std::wstring& strWhat) {
         ui.Print(L"; 错误: 窗口事件异常中止（" + strWhat + L"）\n");
     };
@@ -197,18 +219,29 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "qmcad: %s\n", module.LastError().c_str());
         return 1;
     }
+    if (bScreenshots) {
+        bool bOk = WriteScreenshots(*pWindow, editor, opt.strScreenshots);
+        module.Unload();
+        GetDwgCodec().Worker().Stop();
+        SetHostServices(HOST_SERVICES{});
+        return bOk ? 0 : 1;
+    }
     CConsoleInput terminal(STDIN_FILENO);
     CEditorHost::LineSource source;
-    if (pScript) {
+    if (pWindow) {
+        pWindow->show();
+        source = [&](std::wstring& strLine) { return pWindow->Read(strLine); };
+    } else if (pScript) {
         source = [&](std::wstring& strLine) { return pScript->Read(strLine); };
     } else {
         source = [&](std::wstring& strLine) { return terminal.Read(strLine); };
         editor.m_docs.m_onPosted = [&] { terminal.Wake(); };
     }
-    editor.SetSource(source, pScript || !::isatty(STDIN_FILENO));
+    editor.SetSource(source, !pWindow && (pScript || !::isatty(STDIN_FILENO)));
     editor.RunLoop();
     editor.m_docs.m_onPosted = nullptr;
     module.Unload();
+    pWindow.reset();
     GetDwgCodec().Worker().Stop(); // while the application object still exists
     SetHostServices(HOST_SERVICES{});
     return 0;

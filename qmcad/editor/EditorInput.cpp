@@ -78,8 +78,8 @@ int CEditorInput::Read(const std::wstring& strPrompt, std::wstring& strAnswer) {
     return strAnswer.empty() ? RTNONE : RTNORM;
 }
 
-int CEditorInput::GetPoint(const AcGePoint3d* pBase, const std::wstring& strPrompt,
-                           AcGePoint3d& pt) {
+int CEditorInput::ReadPoint(const AcGePoint3d* pBase, const std::wstring& strPrompt,
+                            AcGePoint3d& pt) {
     for (;;) {
         std::wstring strAnswer;
         int nResult = Read(strPrompt, strAnswer);
@@ -91,15 +91,23 @@ int CEditorInput::GetPoint(const AcGePoint3d* pBase, const std::wstring& strProm
     }
 }
 
+int CEditorInput::GetPoint(const AcGePoint3d* pBase, const std::wstring& strPrompt,
+                           AcGePoint3d& pt) {
+    CInputScope scope(m_pFeedback, {INPUT_REQUEST::Point, pBase});
+    return ReadPoint(pBase, strPrompt, pt);
+}
+
 int CEditorInput::GetCorner(const AcGePoint3d& base, const std::wstring& strPrompt,
                             AcGePoint3d& pt) {
-    return GetPoint(&base, strPrompt, pt);
+    CInputScope scope(m_pFeedback, {INPUT_REQUEST::Corner, &base});
+    return ReadPoint(&base, strPrompt, pt);
 }
 
 int CEditorInput::GetString(bool bAllowSpaces, const std::wstring& strPrompt,
                             std::wstring& strText) {
+    CInputScope scope(m_pFeedback, {INPUT_REQUEST::Text});
     std::wstring strAnswer;
-    if (!m_editor.GetInput(strPrompt, strAnswer))
+    if (!m_editor.GetInput(strPrompt, strAnswer) || EqualsNoCase(strAnswer, L"*Cancel*"))
         return RTCAN;
     // Without spaces allowed, a blank ends the answer as Enter does.
     size_t blank = strAnswer.find(L' ');
@@ -108,6 +116,7 @@ int CEditorInput::GetString(bool bAllowSpaces, const std::wstring& strPrompt,
 }
 
 int CEditorInput::GetReal(const std::wstring& strPrompt, double& dValue) {
+    CInputScope scope(m_pFeedback, {INPUT_REQUEST::Text});
     for (;;) {
         std::wstring strAnswer;
         int nResult = Read(strPrompt, strAnswer);
@@ -126,6 +135,8 @@ int CEditorInput::GetReal(const std::wstring& strPrompt, double& dValue) {
 bool CEditorInput::Pick(const std::wstring& strText, AcDbObjectId& id) {
     AcGePoint3d pt;
     if (ParsePointText(strText, nullptr, pt)) {
+        if (m_pickAt)
+            return m_pickAt(pt, id);
         for (AcDbObjectId candidate : ModelSpaceEntities())
             if (Contains(candidate, pt)) {
                 id = candidate;
@@ -144,7 +155,39 @@ bool CEditorInput::Pick(const std::wstring& strText, AcDbObjectId& id) {
     return true;
 }
 
+// "W x,y x,y": what lies inside the window; "C x,y x,y": what lies inside or
+// crosses it, judged by the extents. False when the text is no window.
+bool CEditorInput::PickWindow(const std::wstring& strText, AcDbObjectIdArray& ids) {
+    if (strText.size() < 2 || strText[1] != L' ')
+        return false;
+    wchar_t mode = static_cast<wchar_t>(std::towupper(strText[0]));
+    if (mode != L'W' && mode != L'C')
+        return false;
+    std::wstring rest = StrTrim(StrMid(strText, 2));
+    size_t blank = rest.find(L' ');
+    AcGePoint3d a, b;
+    if (blank == std::wstring::npos || !ParsePointText(rest.substr(0, blank), nullptr, a) ||
+        !ParsePointText(rest.substr(blank + 1), nullptr, b))
+        return false;
+    double x0 = std::min(a.x, b.x), x1 = std::max(a.x, b.x);
+    double y0 = std::min(a.y, b.y), y1 = std::max(a.y, b.y);
+    for (AcDbObjectId id : ModelSpaceEntities()) {
+        AcDbExtents ext;
+        if (!acdbWithObject<AcDbEntity>(id, [&](AcDbEntity& e) { e.getGeomExtents(ext); }) ||
+            !ext.isValid())
+            continue;
+        const AcGePoint3d &lo = ext.minPoint(), &hi = ext.maxPoint();
+        bool bInside = lo.x >= x0 && hi.x <= x1 && lo.y >= y0 && hi.y <= y1;
+        bool bTouches = lo.x <= x1 && hi.x >= x0 && lo.y <= y1 && hi.y >= y0;
+        if ((bInside || (mode == L'C' && bTouches)) &&
+            std::find(ids.begin(), ids.end(), id) == ids.end())
+            ids.push_back(id);
+    }
+    return true;
+}
+
 int CEditorInput::EntSel(const std::wstring& strPrompt, AcDbObjectId& id, AcGePoint3d& pt) {
+    CInputScope scope(m_pFeedback, {INPUT_REQUEST::EntityPick});
     std::wstring strAnswer;
     int nResult = Read(strPrompt, strAnswer);
     if (nResult == RTCAN)
@@ -162,6 +205,7 @@ int CEditorInput::SSGet(const std::wstring& strMode, AcDbObjectIdArray& ids) {
         ids = ModelSpaceEntities();
         return ids.empty() ? RTERROR : RTNORM;
     }
+    CInputScope scope(m_pFeedback, {INPUT_REQUEST::Selection});
     for (;;) {
         std::wstring strAnswer;
         int nResult = Read(L"选择对象: ", strAnswer);
@@ -173,6 +217,8 @@ int CEditorInput::SSGet(const std::wstring& strMode, AcDbObjectIdArray& ids) {
             ids = ModelSpaceEntities();
             continue;
         }
+        if (PickWindow(strAnswer, ids))
+            continue;
         AcDbObjectId id;
         if (!Pick(strAnswer, id)) {
             m_editor.m_ui.Print(L"未找到对象。\n");
@@ -186,7 +232,11 @@ int CEditorInput::SSGet(const std::wstring& strMode, AcDbObjectIdArray& ids) {
 
 int CEditorInput::DragGen(const AcDbObjectIdArray& ids, const std::wstring& strPrompt,
                           const DragSampler& sampler, AcGePoint3d& pt) {
-    int nResult = GetPoint(nullptr, strPrompt, pt);
+    INPUT_REQUEST request{INPUT_REQUEST::Drag};
+    request.pIds = &ids;
+    request.pSampler = &sampler;
+    CInputScope scope(m_pFeedback, request);
+    int nResult = ReadPoint(nullptr, strPrompt, pt);
     if (nResult != RTNORM)
         return nResult;
     AcGeMatrix3d xform;
@@ -202,6 +252,7 @@ int CEditorInput::DragGen(const AcDbObjectIdArray& ids, const std::wstring& strP
 }
 
 int CEditorInput::GrRead(int, int& nType, GRREAD_VALUE& value) {
+    CInputScope scope(m_pFeedback, {INPUT_REQUEST::Events});
     std::wstring strAnswer;
     if (!m_editor.GetInput(L"", strAnswer))
         return RTCAN;
@@ -209,6 +260,15 @@ int CEditorInput::GrRead(int, int& nType, GRREAD_VALUE& value) {
     if (EqualsNoCase(s, L"*Cancel*"))
         return RTCAN;
     value = GRREAD_VALUE();
+    if (EqualsNoCase(s, L"*Button*")) {
+        nType = 25;
+        return RTNORM;
+    }
+    if (EqualsNoCase(StrLeft(s, 6), L"*Menu*")) {
+        nType = 11;
+        value.nKey = static_cast<int>(std::wcstol(s.c_str() + 6, nullptr, 10));
+        return RTNORM;
+    }
     bool bTrack = !s.empty() && s[0] == L'~';
     if (ParsePointText(bTrack ? StrMid(s, 1) : s, nullptr, value.pt)) {
         nType = bTrack ? 5 : 3;

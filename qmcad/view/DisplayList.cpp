@@ -1,5 +1,6 @@
 // Building the display list from model space: layers, colours, blocks, curves, texts, solids.
 #include "view/DisplayList.h"
+#include "view/HatchOutline.h"
 
 #include <algorithm>
 #include <cmath>
@@ -37,6 +38,7 @@ public:
             if (auto* pEnt = Live<AcDbEntity>(id))
                 Entity(*pEnt, m, nByBlock, nDepth);
     }
+    void Add(const AcDbEntity& ent, const AcGeMatrix3d& m) { Entity(ent, m, 7, 0); }
 
 private:
     void ReadLayers();
@@ -128,6 +130,8 @@ void CBuilder::Entity(const AcDbEntity& ent, const AcGeMatrix3d& m, short nByBlo
         return MText(*p, m, nColour);
     if (auto* p = dynamic_cast<const AcDb3dSolid*>(&ent))
         return Solid(*p, m, nColour);
+    if (auto* p = dynamic_cast<const AcDbUnknownEntity*>(&ent); p && p->m_strDxfName == L"HATCH")
+        return AppendHatchOutline(p->m_tags, m, nColour, m_list.m_lines);
     if (nDepth >= kMaxBlockDepth)
         return;
     short nInner = nColour;
@@ -399,4 +403,19 @@ void BuildDisplayList(AcDbDatabase& db, const VIEW_STATE& view, ISolidViewGeomet
     if (!pSpace)
         return;
     CBuilder(db, view, pSolids, list).Block(*pSpace, AcGeMatrix3d(), 7, 0);
+}
+
+void BuildEntitiesDisplayList(AcDbDatabase& db, const VIEW_STATE& view, ISolidViewGeometry* pSolids,
+                              const AcDbObjectIdArray& ids, const AcGeMatrix3d& m,
+                              CDisplayList& list, std::vector<DL_STARTS>* pStarts) {
+    list.Clear();
+    if (pStarts)
+        pStarts->clear();
+    CBuilder builder(db, view, pSolids, list);
+    for (AcDbObjectId id : ids) {
+        if (pStarts)
+            pStarts->push_back({list.m_lines.size(), list.m_texts.size()});
+        if (auto* pEnt = Live<AcDbEntity>(id))
+            builder.Add(*pEnt, m);
+    }
 }

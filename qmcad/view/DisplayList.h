@@ -72,3 +72,14 @@ void BuildDisplayList(AcDbDatabase& db, const VIEW_STATE& view, ISolidViewGeomet
 // most 5 degrees a piece; a full circle for a0 == a1 - 2 pi.
 void AppendArcLines(const AcGePoint3d& c, double r, double a0, double a1, short nColour,
                     double dWidth, std::vector<DL_LINE>& lines);
+
+// Where one entity's primitives begin in a list of several.
+struct DL_STARTS {
+    size_t nLine = 0, nText = 0;
+};
+// The list of some entities only, moved by a matrix: the image of a drag, or
+// the shapes a pick is measured against. pStarts, if given, gets where each
+// id's primitives begin.
+void BuildEntitiesDisplayList(AcDbDatabase& db, const VIEW_STATE& view, ISolidViewGeometry* pSolids,
+                              const AcDbObjectIdArray& ids, const AcGeMatrix3d& m,
+                              CDisplayList& list, std::vector<DL_STARTS>* pStarts = nullptr);
