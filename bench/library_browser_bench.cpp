@@ -9,7 +9,7 @@
 #include "library/LibraryListOrder.h"
 #include "library/views/LibBrowserWindow.h"
 #include "shared/fileops/FileOps.h"
-#include "ui/SlideFile.h"
+#include "base/SlideFile.h"
 
 #include <QApplication>
 

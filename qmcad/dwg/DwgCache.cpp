@@ -1,6 +1,8 @@
 // Converted drawings under the user's cache directory, one DXF file per DWG content.
 #include "dwg/DwgCache.h"
 
+#include "base/Environment.h"
+
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
@@ -56,8 +58,9 @@ void CDwgCache::Forget(const std::string& strKey) const {
 }
 
 std::string DefaultDwgCacheDir() {
-    if (const char* p = std::getenv("XDG_CACHE_HOME"); p && *p == '/')
-        return std::string(p) + "/qmcad/dwg";
-    const char* home = std::getenv("HOME");
-    return std::string(home && *home ? home : "/tmp") + "/.cache/qmcad/dwg";
+    std::string strCache = EnvText("XDG_CACHE_HOME");
+    if (!strCache.empty() && strCache[0] == '/')
+        return strCache + "/qmcad/dwg";
+    std::string strHome = EnvText("HOME");
+    return (strHome.empty() ? std::string("/tmp") : strHome) + "/.cache/qmcad/dwg";
 }

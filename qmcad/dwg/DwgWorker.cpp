@@ -1,6 +1,8 @@
 // The DWG to DXF converter process, spoken to over its standard input and output.
 #include "dwg/DwgWorker.h"
 
+#include "base/Environment.h"
+
 #include <QDeadlineTimer>
 #include <QProcess>
 #include <QStringList>
@@ -118,13 +120,13 @@ CDwgWorker::RESULT CDwgWorker::Convert(const std::string& strIn, const std::stri
 
 CDwgWorker::OPTIONS DwgWorkerOptionsFromEnv() {
     CDwgWorker::OPTIONS opt;
-    if (const char* p = std::getenv("QM_NODE"); p && *p)
-        opt.strNode = p;
+    if (std::string strNode = EnvText("QM_NODE"); !strNode.empty())
+        opt.strNode = strNode;
     opt.strScript = QMCAD_DWG_WORKER_SCRIPT;
-    if (const char* p = std::getenv("QM_DWG_WORKER"); p && *p)
-        opt.strScript = p;
-    if (const char* p = std::getenv("QM_DWG_TIMEOUT"); p && *p) {
-        double dSeconds = std::atof(p);
+    if (std::string strScript = EnvText("QM_DWG_WORKER"); !strScript.empty())
+        opt.strScript = strScript;
+    if (std::string strTimeout = EnvText("QM_DWG_TIMEOUT"); !strTimeout.empty()) {
+        double dSeconds = std::atof(strTimeout.c_str());
         if (dSeconds > 0)
             opt.nTimeoutMs = static_cast<int>(dSeconds * 1000);
     }

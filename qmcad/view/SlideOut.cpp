@@ -2,8 +2,8 @@
 #include "view/SlideOut.h"
 
 #include "base/FileSystem.h"
-#include "ui/ClipSegment.h"
-#include "ui/SlidePainter.h"
+#include "base/ClipSegment.h"
+#include "base/AciPalette.h"
 #include "view/StrokeFont.h"
 
 #include <png.h>

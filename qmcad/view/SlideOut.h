@@ -1,8 +1,8 @@
 // Painters of a projected view that need no toolkit: the editor's slide and an RGBA picture.
 #pragma once
 
-#include "ui/ImageSurface.h"
-#include "ui/SlideFile.h"
+#include "base/ImageSurface.h"
+#include "base/SlideFile.h"
 #include "view/ViewProjection.h"
 
 // The slide of the view: lines as vectors, facets and wide lines as filled

@@ -1,7 +1,7 @@
 // Projection of the display list onto pixels, depth order of facets, and the two zooms.
 #include "view/ViewProjection.h"
 
-#include "ui/SlidePainter.h"
+#include "base/AciPalette.h"
 
 #include <algorithm>
 #include <cmath>

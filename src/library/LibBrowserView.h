@@ -2,7 +2,7 @@
 #pragma once
 
 #include "shared/fileops/FileOps.h"
-#include "ui/ImageSurface.h"
+#include "base/ImageSurface.h"
 
 #include <string>
 #include <vector>

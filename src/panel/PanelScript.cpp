@@ -27,7 +27,11 @@ AcDbObjectId LastEntity(AcDbDatabase* pDb) {
 }
 
 bool SolidCentroid(const AcDbEntity* pSolid, AcGePoint3d& pt) {
-    // A panel is a box: the middle of its extents is its centroid.
+    double dVolume = 0;
+    if (auto* p = dynamic_cast<const AcDb3dSolid*>(pSolid);
+        p && p->getMassProp(dVolume, pt) == Acad::eOk)
+        return true;
+    // Without a kernel's answer the middle of the extents stands in.
     AcDbExtents ext;
     if (!pSolid || pSolid->getGeomExtents(ext) != Acad::eOk)
         return false;

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ui/DibFormat.h"
-#include "ui/ImageSurface.h"
+#include "base/ImageSurface.h"
 
 #include <memory>
 #include <string>

@@ -1,13 +1,11 @@
 // Paints slide files into preview cells in the editor's colours, and the slide view the cells use.
 #pragma once
 
-#include "ui/ImageSurface.h"
-#include "ui/SlideFile.h"
+#include "base/AciPalette.h"
+#include "base/ImageSurface.h"
+#include "base/SlideFile.h"
 
 #include <string>
-
-// The editor's 256-colour index palette (0 and 7 are the foreground colour).
-COLORREF AciColour(int nIndex);
 
 // Fills the surface with the background and draws the slide over it,
 // scaled to fit with its aspect ratio kept and centred. Index 7 is drawn

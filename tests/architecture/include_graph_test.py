@@ -10,7 +10,7 @@ HOST = {"host", "host/db"}
 BASE = {"base"}
 FILEOPS = {"shared/fileops"}
 # What each folder of src/ may include besides itself; a "views" subfolder
-# may include what its folder may, and its folder.
+# may include what its folder may, its folder, and their views.
 MAY_INCLUDE = {
     "base": set(),
     "host": BASE,
@@ -25,7 +25,8 @@ MAY_INCLUDE = {
     "panel": {"shared", "settings", "drawingdata", "ui", "app"} | FILEOPS | HOST | BASE,
 }
 MODULE = set(MAY_INCLUDE) - HOST - BASE
-MAY_INCLUDE["app/entry"] = MODULE | HOST | BASE
+# The entry makes the windows too: it may include every folder's views.
+MAY_INCLUDE["app/entry"] = MODULE | {f + "/views" for f in MODULE} | HOST | BASE
 # Calls that only base makes for the system.
 BASE_ONLY_CALLS = re.compile(r"\b(getenv|localtime_r|localtime|gmtime_r)\s*\(")
 
@@ -40,7 +41,9 @@ def sources(root, top):
 def rules_of(folder):
     if folder.endswith("/views"):
         parent = folder[: -len("/views")]
-        return rules_of(parent) | {parent}
+        allowed = rules_of(parent) | {parent}
+        # Windows are made of the controls of the folders below.
+        return allowed | {f + "/views" for f in allowed}
     return MAY_INCLUDE.get(folder)
 
 

@@ -5,7 +5,7 @@
 #include "base/FileSystem.h"
 #include "base/SysPath.h"
 #include "library/views/LibBrowserWindow.h"
-#include "ui/SlideFile.h"
+#include "base/SlideFile.h"
 #include "ui/views/DirTreeCtrl.h"
 #include "ui/views/MyListCtrl.h"
 #include "ui/views/SlideCtrl.h"

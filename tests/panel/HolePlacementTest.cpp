@@ -5,6 +5,7 @@
 #include "drawingdata/Records.h"
 #include "host/HostEditor.h"
 #include "host/HostInput.h"
+#include "host/db/GrReadValue.h"
 #include "host/HostServices.h"
 #include "panel/PanelRecord.h"
 

@@ -4,7 +4,7 @@
 
 #include "PreviewBuilders.h"
 #include "TestHost.h"
-#include "ui/SlideFile.h"
+#include "base/SlideFile.h"
 
 #include <QSignalSpy>
 #include <QTest>

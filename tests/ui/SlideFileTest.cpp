@@ -1,5 +1,5 @@
 // Slide files: every record kind in both byte orders, the old header, round trips, damaged files.
-#include "ui/SlideFile.h"
+#include "base/SlideFile.h"
 
 #include <cstring>
 #include <gtest/gtest.h>

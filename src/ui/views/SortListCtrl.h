@@ -2,7 +2,7 @@
 // drags.
 #pragma once
 
-#include "ui/ImageSurface.h"
+#include "base/ImageSurface.h"
 #include "ui/SortListModel.h"
 
 #include <QTreeWidget>

@@ -1,5 +1,5 @@
 // Segment clipping shared by the slide writer's view and the slide painter.
-#include "ui/ClipSegment.h"
+#include "base/ClipSegment.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
 // The RGBA pixel buffer of the previews.
-#include "ui/ImageSurface.h"
+#include "base/ImageSurface.h"
 
 #include <algorithm>
 #include <bit>

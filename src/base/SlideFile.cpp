@@ -1,7 +1,7 @@
 // Slide file records: vectors, offset vectors, common endpoints, solid fills, colours, end of file.
-#include "ui/SlideFile.h"
+#include "base/SlideFile.h"
 
-#include "ui/ClipSegment.h"
+#include "base/ClipSegment.h"
 
 #include "base/FileSystem.h"
 
