@@ -39,6 +39,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <sstream>
+#include <string_view>
 #include <unordered_map>
 
 struct COcctModeler::CImpl {
@@ -81,7 +82,10 @@ struct COcctModeler::CImpl {
                         bInteger = false;
                     ++p;
                 }
-                if (bInteger && p - start > 1 + (*start == '-') &&
+                // A shape's flags ("0101101") are seven bits, not a count.
+                bool bFlags = p - start == 7 && std::string_view(start, 7).find_first_not_of(
+                                                    "01") == std::string_view::npos;
+                if (bInteger && !bFlags && p - start > 1 + (*start == '-') &&
                     (p - start > 12 || std::llabs(std::atoll(start)) > nLimit))
                     return false;
             }
@@ -89,16 +93,43 @@ struct COcctModeler::CImpl {
         return true;
     }
 
+    // The shape table announces its size, and each shape ends with its seven flag bits: a text
+    // cut short has fewer, and the reader would wait at its end for ever.
+    static bool Complete(const std::vector<std::string>& body) {
+        long long nAnnounced = -1, nFound = 0;
+        for (const std::string& line : body) {
+            if (line.rfind("TShapes ", 0) == 0) {
+                nAnnounced = std::atoll(line.c_str() + 8);
+                continue;
+            }
+            if (nAnnounced >= 0 && line.size() == 7 &&
+                line.find_first_not_of("01") == std::string::npos)
+                ++nFound;
+        }
+        return nAnnounced > 0 && nFound == nAnnounced;
+    }
+
     bool Parse(const std::vector<std::string>& body, TopoDS_Shape& shape) {
         if (body.empty() || body[0].rfind("CASCADE Topology", 0) != 0)
             return false; // another kernel's data: kept, but not ours to read
         std::string text = Joined(body);
-        if (cache.count(text) == 0 && !Plausible(body))
+        if (cache.count(text) == 0 && (!Plausible(body) || !Complete(body)))
             return false;
         if (auto it = cache.find(text); it != cache.end()) {
             shape = it->second;
             return true;
         }
+        TopoDS_Shape s;
+        if (!Read(WithBlankLines(body), s) && !Read(text, s))
+            return false;
+        if (cache.size() > 256)
+            cache.clear();
+        cache.emplace(std::move(text), s);
+        shape = s;
+        return true;
+    }
+
+    static bool Read(const std::string& text, TopoDS_Shape& shape) {
         try {
             std::istringstream in(text);
             BRep_Builder builder;
@@ -106,14 +137,26 @@ struct COcctModeler::CImpl {
             BRepTools::Read(s, in, builder);
             if (s.IsNull())
                 return false;
-            if (cache.size() > 256)
-                cache.clear();
-            cache.emplace(std::move(text), s);
             shape = s;
             return true;
         } catch (const Standard_Failure&) {
             return false;
         }
+    }
+
+    // The stored text keeps no blank lines, but the reader wants the ones the writer put
+    // before the shape table and before each shape's flags: they go back where the format
+    // has them (extra blank lines elsewhere are skipped like any white space).
+    static std::string WithBlankLines(const std::vector<std::string>& body) {
+        std::string s = "\n";
+        for (const std::string& line : body) {
+            bool bFlags = line.size() == 7 && line.find_first_not_of("01") == std::string::npos;
+            if (bFlags || line.rfind("TShapes", 0) == 0)
+                s += '\n';
+            s += line;
+            s += '\n';
+        }
+        return s;
     }
 
     void Write(const TopoDS_Shape& shape, std::vector<std::string>& body) {

@@ -128,6 +128,12 @@ TEST(SolidCommands, PanelLessTwentyCutoutsHasTheExactVolumeAndKeepsItThroughTheF
     auto solids = SolidsOf(&copy);
     ASSERT_EQ(solids.size(), 1u);
     EXPECT_NEAR(VolumeOf(solids[0]) / VolumeOf(panel), 1.0, 1e-9);
+    // A kernel that never saw the body, as after a restart, reads it from the file's text.
+    COcctModeler fresh;
+    MASS_PROPS props;
+    acdbWithObject<AcDb3dSolid>(
+        solids[0], [&](const AcDb3dSolid& s) { fresh.MassProperties(s.body(), props); });
+    EXPECT_NEAR(props.dVolume / VolumeOf(panel), 1.0, 1e-9);
 }
 
 TEST(SolidCommands, SubtractWithAnEmptySecondSelectionOrAFailingCutLeavesThePanelWhole) {
