@@ -3,6 +3,7 @@
 
 #include "base/StrUtil.h"
 #include "dxf/DxfEntityIo.h"
+#include "dxf/DxfGraphCheck.h"
 #include "dxf/DxfTags.h"
 
 #include <cstring>
@@ -30,7 +31,8 @@ bool IsXData(int nCode) {
 
 class CDxfReader {
 public:
-    CDxfReader(AcDbDatabase& db, std::string_view data) : m_db(db), m_in(data) {}
+    CDxfReader(AcDbDatabase& db, std::string_view data, DXF_READ_REPORT& report)
+        : m_db(db), m_in(data), m_report(report) {}
     ~CDxfReader() {
         for (PENDING& p : m_pending)
             delete p.pObj; // only when reading failed before Finish
@@ -58,6 +60,7 @@ private:
 
     AcDbDatabase& m_db;
     CDxfTagReader m_in;
+    DXF_READ_REPORT& m_report;
     CDxfText m_text;
     DXF_RAW_TAG m_tag;
     std::vector<DXF_RAW_TAG> m_tags;
@@ -278,6 +281,10 @@ void CDxfReader::ReadTableRecord(std::string_view type, AcDbSymbolTable* pTable)
         for (const auto& t : m_tags) {
             if (t.nCode == 62) {
                 int c = DxfInt(t.value, 7);
+                if (c < -256 || c > 256) {
+                    ++m_report.nOutOfRange;
+                    c = 7;
+                }
                 p->setIsOff(c < 0);
                 p->setColorIndex(static_cast<short>(c < 0 ? -c : c));
             } else if (t.nCode == 6) {
@@ -468,6 +475,7 @@ void CDxfReader::ReadEntity(std::string_view type, AcDbBlockTableRecord* pDefaul
         return; // strays without their polyline or insert
     DXF_ENTITY_REFS refs;
     AcDbEntity* pEnt = ReadEntityBody(strType, m_tags, m_text, refs);
+    m_report.nOutOfRange += refs.nOutOfRange;
     std::vector<DXF_TAG>* pRaw = nullptr;
     if (!pEnt) {
         auto* pUnknown = new AcDbUnknownEntity(Utf8ToWide(strType));
@@ -620,6 +628,11 @@ void CDxfReader::Finish() {
             }
         }
     }
+    std::vector<AcDbObject*> objects;
+    objects.reserve(pending.size());
+    for (PENDING& p : pending)
+        objects.push_back(p.pObj);
+    m_report.nRefusedReferences += RefuseBadReferences(objects);
     FinishHeader();
 }
 
@@ -701,14 +714,15 @@ bool IsBinaryDwg(std::string_view data) {
            data[5] >= '0' && data[5] <= '9';
 }
 
-Acad::ErrorStatus ReadDxf(AcDbDatabase& db, std::string_view data) {
+Acad::ErrorStatus ReadDxf(AcDbDatabase& db, std::string_view data, DXF_READ_REPORT* pReport) {
     if (IsBinaryDwg(data))
         return Acad::eBinaryDwgNotSupported;
     if (data.substr(0, 3) == "\xEF\xBB\xBF")
         data.remove_prefix(3);
     if (data.substr(0, 18) == "AutoCAD Binary DXF")
         return Acad::eBadDxfFile;
-    CDxfReader reader(db, data);
+    DXF_READ_REPORT report;
+    CDxfReader reader(db, data, pReport ? *pReport : report);
     return reader.Read();
 }
 

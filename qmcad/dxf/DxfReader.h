@@ -5,10 +5,17 @@
 
 #include <string_view>
 
+// What a read let go of to keep the drawing sound.
+struct DXF_READ_REPORT {
+    int nRefusedReferences = 0; // references that made a cycle or named a table
+    int nOutOfRange = 0;        // enumerated values read as their default
+};
+
 // Data is the whole file. A binary DWG is refused with eBinaryDwgNotSupported,
 // anything else unreadable with eBadDxfFile; the database is then left for
 // the caller to clear.
-Acad::ErrorStatus ReadDxf(AcDbDatabase& db, std::string_view data);
+Acad::ErrorStatus ReadDxf(AcDbDatabase& db, std::string_view data,
+                          DXF_READ_REPORT* pReport = nullptr);
 // The bitmap of the THUMBNAILIMAGE section; false when there is none.
 bool ReadDxfThumbnail(std::string_view data, std::vector<uint8_t>& bitmap);
 bool IsBinaryDwg(std::string_view data);
