@@ -4,6 +4,7 @@
 #include "base/StrUtil.h"
 #include "dxf/DxfEntityIo.h"
 #include "dxf/DxfGraphCheck.h"
+#include "dxf/DxfKept.h"
 #include "dxf/DxfTags.h"
 
 #include <cstring>
@@ -43,6 +44,9 @@ private:
     bool Collect();
     void ReadThumbnail();
     void ReadHeader();
+    void KeepHeader(const std::vector<std::string>& order);
+    void ReadClasses();
+    void KeepRecordGroups(std::string_view type, AcDbSymbolTableRecord& rec);
     void ReadTables();
     void ReadBlocks();
     void ReadEntity(std::string_view type, AcDbBlockTableRecord* pDefault);
@@ -123,6 +127,8 @@ Acad::ErrorStatus CDxfReader::Read() {
                 ReadObject(m_tag.value);
         } else if (name == "THUMBNAILIMAGE") {
             ReadThumbnail();
+        } else if (name == "CLASSES") {
+            ReadClasses();
         } else {
             SkipRecords();
         }
@@ -154,15 +160,57 @@ void CDxfReader::ReadThumbnail() {
     m_db.setThumbnailBitmap(bitmap);
 }
 
+void CDxfReader::ReadClasses() {
+    while (m_in.Next(m_tag)) {
+        if (m_tag.nCode == 0 && m_tag.value == "ENDSEC")
+            return;
+        m_db.m_keptClasses.push_back({m_tag.nCode, m_text.Decode(m_tag.value)});
+    }
+}
+
+// Every variable the database does not model, in file order, decoded once
+// the file's code page is known.
+void CDxfReader::KeepHeader(const std::vector<std::string>& order) {
+    for (const std::string& name : order) {
+        if (IsModelledHeaderVariable(name))
+            continue;
+        m_db.m_keptHeader.push_back({9, Utf8ToWide(name)});
+        for (const DXF_RAW_TAG& t : m_header[name])
+            m_db.m_keptHeader.push_back({t.nCode, m_text.Decode(t.value)});
+    }
+}
+
+void CDxfReader::KeepRecordGroups(std::string_view type, AcDbSymbolTableRecord& rec) {
+    bool bInGroup = false, bOwnerSeen = false;
+    for (const DXF_RAW_TAG& t : m_tags) {
+        if (t.nCode == 102) {
+            bInGroup = !t.value.empty() && t.value[0] == '{';
+            continue;
+        }
+        if (bInGroup)
+            continue;
+        if (t.nCode == 330 && bOwnerSeen) // a second owner group is data
+            rec.m_keptTags.push_back({t.nCode, m_text.Decode(t.value)});
+        else if (!IsModelledRecordGroup(type, t.nCode))
+            rec.m_keptTags.push_back({t.nCode, m_text.Decode(t.value)});
+        bOwnerSeen = bOwnerSeen || t.nCode == 330;
+    }
+}
+
 void CDxfReader::ReadHeader() {
     std::string name;
+    std::vector<std::string> order;
     while (m_in.Next(m_tag)) {
         if (m_tag.nCode == 0)
             break;
-        if (m_tag.nCode == 9)
+        if (m_tag.nCode == 9) {
             name.assign(m_tag.value);
-        else
+            if (!m_header.count(name))
+                order.push_back(name);
+            m_header[name];
+        } else {
             m_header[name].push_back(m_tag);
+        }
     }
     auto one = [&](const char* var) -> std::string_view {
         auto it = m_header.find(var);
@@ -178,6 +226,7 @@ void CDxfReader::ReadHeader() {
         if (!cp.empty())
             m_db.setCodePage(cp);
     }
+    KeepHeader(order);
     m_db.raiseHandseed(AcDbHandle(DxfHandle(one("$HANDSEED"))));
     auto point = [&](const char* var) {
         AcGePoint3d p;
@@ -329,6 +378,7 @@ void CDxfReader::ReadTableRecord(std::string_view type, AcDbSymbolTable* pTable)
             m_blocksByHandle[nHandle] = p;
         m_blocksByName[StrMakeLower(p->name())] = p;
     }
+    KeepRecordGroups(type, *pRec);
     m_pending.push_back({pRec, nHandle, nOwner, nullptr, pTable});
 }
 
