@@ -26,6 +26,13 @@ struct PENDING_REF {
     DXF_ENTITY_REFS refs;
 };
 
+// Names that mark the file's structure: as an entity or object they could
+// only be written back as structure that was never there.
+bool IsStructureName(std::string_view type) {
+    return type == "SECTION" || type == "ENDSEC" || type == "TABLE" || type == "ENDTAB" ||
+           type == "BLOCK" || type == "ENDBLK" || type == "CLASS" || type == "EOF";
+}
+
 bool IsXData(int nCode) {
     return nCode >= 1000 && nCode <= 1071;
 }
@@ -523,6 +530,10 @@ void CDxfReader::ReadEntity(std::string_view type, AcDbBlockTableRecord* pDefaul
     Collect();
     if (strType == "VERTEX" || strType == "SEQEND" || strType == "ATTRIB")
         return; // strays without their polyline or insert
+    if (IsStructureName(strType)) {
+        ++m_report.nMisplaced;
+        return;
+    }
     DXF_ENTITY_REFS refs;
     AcDbEntity* pEnt = ReadEntityBody(strType, m_tags, m_text, refs);
     m_report.nOutOfRange += refs.nOutOfRange;
@@ -589,6 +600,10 @@ void CDxfReader::ReadFollowers(AcDbEntity* pOwner) {
 void CDxfReader::ReadObject(std::string_view type) {
     std::string strType(type);
     Collect();
+    if (IsStructureName(strType)) {
+        ++m_report.nMisplaced;
+        return;
+    }
     uint64_t nHandle = 0, nOwner = 0;
     if (strType == "DICTIONARY") {
         auto* p = new AcDbDictionary;

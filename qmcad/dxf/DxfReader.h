@@ -9,6 +9,7 @@
 struct DXF_READ_REPORT {
     int nRefusedReferences = 0; // references that made a cycle or named a table
     int nOutOfRange = 0;        // enumerated values read as their default
+    int nMisplaced = 0;         // section, table or block markers where an entity or object belongs
 };
 
 // Data is the whole file. A binary DWG is refused with eBinaryDwgNotSupported,

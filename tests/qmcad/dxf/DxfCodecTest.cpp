@@ -60,7 +60,8 @@ TEST_F(DxfCodec, TextsFollowTheFilesCodePage) {
     // A UTF-8 file of a later version and an escape in a code-page file.
     WriteBytes(
         m_dir / L"utf8.dxf",
-        "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1021\nENDSEC\n0\nENDSEC\n"
+        "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1021\n9\n$DWGCODEPAGE\n3\nANSI_1252\n"
+        "ENDSEC\n0\nENDSEC\n"
         "0\nSECTION\n2\nENTITIES\n0\nTEXT\n5\n2A\n8\n0\n1\n端子\\U+4E00\n0\nENDSEC\n0\nEOF\n");
     std::string fixed = ReadBytes(m_dir / L"utf8.dxf");
     fixed.replace(fixed.find("ENDSEC\n0\nENDSEC"), 15, "0\nENDSEC"); // header ends once
@@ -71,10 +72,32 @@ TEST_F(DxfCodec, TextsFollowTheFilesCodePage) {
     back.getAcDbObjectId(textId, false, AcDbHandle(0x2Au));
     AcDbText* pBack = nullptr;
     ASSERT_EQ(acdbOpenObject(pBack, textId, AcDb::kForRead), Acad::eOk);
-    EXPECT_EQ(pBack->textString(), L"端子一");
+    EXPECT_EQ(pBack->textString(), L"端子一");        // UTF-8 whatever code page the file names
     EXPECT_EQ(pBack->ownerId(), back.modelSpaceId()); // no owner group: model space
     pBack->close();
     EXPECT_TRUE(back.clayer().isValid());
+    EXPECT_EQ(back.codePage(), L"ANSI_936"); // saved again in the workstation's code page
+
+    // A value is one line: line ends inside a text travel as blanks, and what
+    // follows the text in the file is still read.
+    AcDbDatabase lines;
+    auto* pTwo = new AcDbText;
+    pTwo->setTextString(L"上\n下\r\n末");
+    AcDbObjectId twoId = AppendToModelSpace(lines, pTwo);
+    AppendToModelSpace(lines, new AcDbLine(AcGePoint3d(0, 0, 0), AcGePoint3d(5, 0, 0)));
+    std::wstring linesPath = m_dir / L"lines.dwg";
+    ASSERT_EQ(lines.saveAs(linesPath.c_str()), Acad::eOk);
+    AcDbDatabase linesBack(false, true);
+    ASSERT_EQ(linesBack.readDwgFile(linesPath.c_str()), Acad::eOk);
+    AcDbObjectId backId;
+    linesBack.getAcDbObjectId(backId, false, twoId.handle());
+    ASSERT_EQ(acdbOpenObject(pBack, backId, AcDb::kForRead), Acad::eOk);
+    EXPECT_EQ(pBack->textString(), L"上 下  末");
+    pBack->close();
+    AcDbBlockTableRecord* pMs = nullptr;
+    ASSERT_EQ(acdbOpenObject(pMs, linesBack.modelSpaceId(), AcDb::kForRead), Acad::eOk);
+    EXPECT_EQ(pMs->entities().size(), 2u);
+    pMs->close();
 }
 
 TEST_F(DxfCodec, BinaryBrokenAndMissingFilesAreRefusedPlainly) {
