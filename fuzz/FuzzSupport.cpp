@@ -26,7 +26,8 @@ public:
 } // namespace
 
 const std::wstring& FuzzDir() {
-    static const std::wstring s_strDir = [] {
+    // Never destroyed: the clean-up at exit runs after static destructors.
+    static const std::wstring& s_strDir = *new std::wstring([] {
         std::string os = "/tmp/qm-fuzz-" + std::to_string(::getpid());
         ::mkdir(os.c_str(), 0700);
         std::wstring dir = FromOsPath(os) + L"\\";
@@ -34,7 +35,7 @@ const std::wstring& FuzzDir() {
         FsCreateDirectory(dir + L"LocalData");
         std::atexit([] { FsDeleteTree(FuzzDir()); });
         return dir;
-    }();
+    }());
     return s_strDir;
 }
 
