@@ -5,11 +5,13 @@
 #include "FileSizeLimit.h"
 #include "TestHost.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 TEST(SysPath, MapsBackslashesAndUtf8BothWays) {
@@ -125,6 +127,27 @@ TEST(FileSystem, TreesAreDeletedWithoutFollowingLinks) {
     ASSERT_EQ(::symlink((os + "outside").c_str(), (os + "toplink").c_str()), 0);
     EXPECT_FALSE(FsDeleteTree(dir / L"toplink")); // a link is not a tree to empty
     EXPECT_EQ(ReadBytes(dir / L"outside\\keep.dwg"), "keep");
+}
+
+TEST(FileSystem, OfMovesRacingForOneNameExactlyOneWins) {
+    CTempDir dir;
+    for (int nRound = 0; nRound < 20; ++nRound) {
+        std::wstring strTarget = dir / (L"target" + std::to_wstring(nRound));
+        std::vector<std::thread> threads;
+        std::vector<int> won(6, 0);
+        for (int i = 0; i < 6; ++i) {
+            std::wstring strFrom =
+                dir / (L"w" + std::to_wstring(i) + L"_" + std::to_wstring(nRound));
+            WriteBytes(strFrom, std::to_string(i));
+            threads.emplace_back(
+                [&, i, strFrom] { won[i] = FsMoveFile(strFrom, strTarget) ? 1 : 0; });
+        }
+        for (std::thread& t : threads)
+            t.join();
+        int nWinner = static_cast<int>(std::find(won.begin(), won.end(), 1) - won.begin());
+        ASSERT_EQ(std::count(won.begin(), won.end(), 1), 1);
+        EXPECT_EQ(ReadBytes(strTarget), std::to_string(nWinner));
+    }
 }
 
 TEST(FileSystem, ReadOnlyStateAndDirectories) {
