@@ -61,6 +61,7 @@ private:
     void ReadFollowers(AcDbEntity* pOwner);
     void ReadTableRecord(std::string_view type, AcDbSymbolTable* pTable);
     void SkipRecords();
+    std::vector<bool> UnclosedGroups() const;
     size_t Common(AcDbObject& obj, uint64_t& nHandle, uint64_t& nOwner, bool bKeepRaw,
                   std::vector<DXF_TAG>* pRaw);
     AcDbBlockTableRecord* BlockNamed(const std::wstring& name, bool bCreate);
@@ -460,12 +461,35 @@ void CDxfReader::ReadBlocks() {
     }
 }
 
+// The "102 {" tags of the record that no "102 }" closes before the next
+// opening or the extended data: such a group would swallow the groups the
+// writer puts after it, so it is read as if it had never been opened.
+std::vector<bool> CDxfReader::UnclosedGroups() const {
+    std::vector<bool> unclosed(m_tags.size(), false);
+    size_t nOpen = m_tags.size();
+    for (size_t i = 0; i < m_tags.size(); ++i) {
+        const DXF_RAW_TAG& t = m_tags[i];
+        if (t.nCode == 1001)
+            break;
+        if (t.nCode != 102)
+            continue;
+        bool bOpens = !t.value.empty() && t.value[0] == '{';
+        if (bOpens && nOpen < m_tags.size())
+            unclosed[nOpen] = true;
+        nOpen = bOpens ? i : m_tags.size();
+    }
+    if (nOpen < m_tags.size())
+        unclosed[nOpen] = true;
+    return unclosed;
+}
+
 // The groups every object shares: handle, owner, extension dictionary,
 // entity properties. Returns where the extended data begins.
 size_t CDxfReader::Common(AcDbObject& obj, uint64_t& nHandle, uint64_t& nOwner, bool bKeepRaw,
                           std::vector<DXF_TAG>* pRaw) {
     auto* pEnt = dynamic_cast<AcDbEntity*>(&obj);
     size_t nXData = m_tags.size();
+    std::vector<bool> unclosed = UnclosedGroups();
     bool bInGroup = false, bInXDict = false, bOwnerSeen = false;
     for (size_t i = 0; i < m_tags.size(); ++i) {
         const DXF_RAW_TAG& t = m_tags[i];
@@ -473,6 +497,8 @@ size_t CDxfReader::Common(AcDbObject& obj, uint64_t& nHandle, uint64_t& nOwner, 
             nXData = i;
             break;
         }
+        if (unclosed[i])
+            continue;
         bool bRaw = bKeepRaw;
         if (t.nCode == 102) {
             bInGroup = !t.value.empty() && t.value[0] == '{';
