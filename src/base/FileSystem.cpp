@@ -167,7 +167,8 @@ public:
         if (!m_strTemp.empty())
             ::unlink(m_strTemp.c_str());
     }
-    bool Create(const std::string& target, mode_t mode) {
+    // bKeepMode: the target exists and its mode is kept as it is, umask or not.
+    bool Create(const std::string& target, mode_t mode, bool bKeepMode) {
         static std::atomic<unsigned> s_nSerial{0};
         m_strTarget = target;
         std::string dir = DirectoryOf(target);
@@ -180,7 +181,8 @@ public:
             fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
             if (fd >= 0) {
                 m_strTemp = temp;
-                ::fchmod(fd, mode); // the umask must not narrow the old file's mode
+                if (bKeepMode)
+                    ::fchmod(fd, mode);
                 return true;
             }
             if (errno != EEXIST)
@@ -358,7 +360,7 @@ bool FsCopyFile(const std::wstring& strFrom, const std::wstring& strTo, bool bFa
             return FailWith(EEXIST);
     }
     CTempFile temp;
-    if (!temp.Create(to, st.st_mode & 0777) || !CopyBytes(in.fd, temp.fd))
+    if (!temp.Create(to, st.st_mode & 0777, false) || !CopyBytes(in.fd, temp.fd))
         return Fail();
     return temp.Commit(bFailIfExists) || Fail();
 }
@@ -502,7 +504,7 @@ bool FsWriteBinary(const std::wstring& strPath, const std::string& bytes) {
     if (bExists && ::access(os.c_str(), W_OK) != 0)
         return Fail();
     CTempFile temp;
-    if (!temp.Create(os, bExists ? st.st_mode & 07777 : 0666) ||
+    if (!temp.Create(os, bExists ? st.st_mode & 07777 : 0666, bExists) ||
         !WriteAll(temp.fd, bytes.data(), bytes.size()))
         return Fail();
     return temp.Commit(false) || Fail();
