@@ -62,6 +62,14 @@ private:
     void ReadTableRecord(std::string_view type, AcDbSymbolTable* pTable);
     void SkipRecords();
     std::vector<bool> UnclosedGroups() const;
+    // An enumerated value; outside [nLow, nHigh] the default, counted.
+    int Ranged(std::string_view value, int nLow, int nHigh, int nDefault) {
+        int n = DxfInt(value, nDefault);
+        if (n >= nLow && n <= nHigh)
+            return n;
+        ++m_report.nOutOfRange;
+        return nDefault;
+    }
     size_t Common(AcDbObject& obj, uint64_t& nHandle, uint64_t& nOwner, bool bKeepRaw,
                   std::vector<DXF_TAG>* pRaw);
     AcDbBlockTableRecord* BlockNamed(const std::wstring& name, bool bCreate);
@@ -349,7 +357,7 @@ void CDxfReader::ReadTableRecord(std::string_view type, AcDbSymbolTable* pTable)
             } else if (t.nCode == 290) {
                 p->m_bPlottable = DxfInt(t.value, 1) != 0;
             } else if (t.nCode == 370) {
-                p->m_nLineWeight = static_cast<short>(DxfInt(t.value, -3));
+                p->m_nLineWeight = static_cast<short>(Ranged(t.value, -3, 211, -3));
             }
         }
     } else if (auto* p = dynamic_cast<AcDbLinetypeTableRecord*>(pRec)) {
@@ -522,10 +530,10 @@ size_t CDxfReader::Common(AcDbObject& obj, uint64_t& nHandle, uint64_t& nOwner, 
                 pEnt->setLinetype(m_text.Decode(t.value));
                 break;
             case 62:
-                pEnt->setColorIndex(static_cast<short>(DxfInt(t.value, 256)));
+                pEnt->setColorIndex(static_cast<short>(Ranged(t.value, 0, 257, 256)));
                 break;
             case 370:
-                pEnt->setLineWeight(static_cast<short>(DxfInt(t.value, -1)));
+                pEnt->setLineWeight(static_cast<short>(Ranged(t.value, -3, 211, -1)));
                 break;
             case 48:
                 pEnt->setLinetypeScale(DxfReal(t.value, 1.0));

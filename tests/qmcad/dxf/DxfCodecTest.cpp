@@ -250,10 +250,11 @@ TEST_F(DxfCodec, OutOfRangeEnumeratedValuesReadAsTheDefaultAndAreCounted) {
     };
     replace("\n 72\n1\n", "\n 72\n77\n");
     replace("\n 71\n5\n", "\n 71\n-2147483648\n");
+    replace("\nAcDbText\n", "\nAcDbText\n 62\n300\n370\n9999\n"); // colour, line weight
     AcDbDatabase back(false, true);
     DXF_READ_REPORT report;
     ASSERT_EQ(ReadDxf(back, data, &report), Acad::eOk);
-    EXPECT_EQ(report.nOutOfRange, 2);
+    EXPECT_EQ(report.nOutOfRange, 4);
     std::string out;
     WriteDxf(back, out);
     EXPECT_EQ(out.find("\n 72\n77\n"), std::string::npos); // left, the default, isn't written

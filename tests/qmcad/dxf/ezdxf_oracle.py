@@ -204,8 +204,10 @@ def through_ours():
 
 
 
-# What a version change may alter; everything else of a foreign drawing's settings must stay.
-VERSION_VARIABLES = {"$ACADVER", "$ACADMAINTVER", "$DWGCODEPAGE", "$HANDSEED"}
+# What a version change may alter, and the time stamps ezdxf itself sets when it loads a file;
+# everything else of a foreign drawing's settings must stay.
+VERSION_VARIABLES = {"$ACADVER", "$ACADMAINTVER", "$DWGCODEPAGE", "$HANDSEED", "$TDCREATE",
+                     "$TDUCREATE", "$TDUPDATE", "$TDUUPDATE", "$TDINDWG", "$TDUSRTIMER"}
 
 
 def foreign_settings_survive():
