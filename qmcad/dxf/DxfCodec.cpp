@@ -13,9 +13,10 @@ Acad::ErrorStatus CDxfCodec::Read(AcDbDatabase& db, const std::wstring& strPath)
     DXF_READ_REPORT report;
     Acad::ErrorStatus es = ReadDxf(db, data, &report);
     // The drawing opens; what was let go of is said, not hidden.
-    if (es == Acad::eOk && (report.nRefusedReferences > 0 || report.nOutOfRange > 0))
-        acutPrintf(L"\n%s: 忽略了 %d 个循环或无效的引用, %d 个超出范围的值按缺省值读入。\n",
-                   strPath, report.nRefusedReferences, report.nOutOfRange);
+    int nDropped = report.nRefusedReferences + report.nMisplaced;
+    if (es == Acad::eOk && (nDropped > 0 || report.nOutOfRange > 0))
+        acutPrintf(L"\n%s: 忽略了 %d 个循环或无效的引用和记录, %d 个超出范围的值按缺省值读入。\n",
+                   strPath, nDropped, report.nOutOfRange);
     return es;
 }
 

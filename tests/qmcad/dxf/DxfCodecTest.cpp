@@ -200,6 +200,9 @@ TEST_F(DxfCodec, CyclesInADamagedDrawingAreRefusedAtLoadAndCopiesStayBounded) {
     ASSERT_EQ(ReadDxf(db, damaged, &report), Acad::eOk);
     EXPECT_EQ(report.nRefusedReferences, 4);
     DumpDatabase(db);
+    WriteBytes(m_dir / L"damaged.dwg", damaged);
+    AcDbDatabase opened(false, true); // through the codec, which says what it let go of
+    EXPECT_EQ(opened.readDwgFile((m_dir / L"damaged.dwg").c_str()), Acad::eOk);
 
     // The repaired drawing saves, and its next generation is the same.
     std::string first, second;
