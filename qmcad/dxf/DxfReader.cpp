@@ -290,7 +290,13 @@ void CDxfReader::ReadTables() {
             pTable = new AcDbViewTable;
         else if (name == "UCS")
             pTable = new AcDbUCSTable;
-        if (pTable) {
+        // A table named twice is one table: the records of the second join the
+        // first, which alone is written back.
+        if (auto it = m_tables.find(Utf8ToWide(name)); pTable && it != m_tables.end()) {
+            delete pTable;
+            pTable = it->second;
+            ++m_report.nMisplaced;
+        } else if (pTable) {
             m_tables[Utf8ToWide(name)] = pTable;
             m_pending.push_back({pTable, nHandle, 0, nullptr, nullptr});
         }

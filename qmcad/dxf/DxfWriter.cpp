@@ -285,17 +285,21 @@ void CDxfWriter::XData(const AcDbObject& obj) {
 }
 
 // Groups kept verbatim, with the owner placed before the first subclass marker.
+// The owner goes where the reader takes it from: after the leading 102
+// groups, before any other group (a kept 330 of the object's data included).
 void CDxfWriter::Raw(const std::vector<DXF_TAG>& tags, const AcDbObject& obj) {
-    bool bOwner = false;
-    for (const DXF_TAG& t : tags) {
-        if (!bOwner && t.nCode == 100) {
-            m_w.Handle(330, obj.ownerId().handle().value());
-            bOwner = true;
-        }
+    size_t i = 0;
+    for (bool bInGroup = false; i < tags.size(); ++i) {
+        const DXF_TAG& t = tags[i];
+        if (t.nCode == 102)
+            bInGroup = !t.strValue.empty() && t.strValue[0] == L'{';
+        else if (!bInGroup)
+            break;
         m_w.Text(t.nCode, t.strValue);
     }
-    if (!bOwner)
-        m_w.Handle(330, obj.ownerId().handle().value());
+    m_w.Handle(330, obj.ownerId().handle().value());
+    for (; i < tags.size(); ++i)
+        m_w.Text(tags[i].nCode, tags[i].strValue);
 }
 
 void CDxfWriter::Entity(const AcDbEntity& ent) {
