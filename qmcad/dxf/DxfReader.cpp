@@ -7,6 +7,7 @@
 #include "dxf/DxfKept.h"
 #include "dxf/DxfTags.h"
 
+#include <algorithm>
 #include <cstring>
 #include <unordered_map>
 
@@ -575,7 +576,14 @@ void CDxfReader::ReadEntity(std::string_view type, AcDbBlockTableRecord* pDefaul
         return;
     }
     DXF_ENTITY_REFS refs;
-    AcDbEntity* pEnt = ReadEntityBody(strType, m_tags, m_text, refs);
+    // The entity's own groups end where its extended data begins.
+    auto xdata = std::find_if(m_tags.begin(), m_tags.end(),
+                              [](const DXF_RAW_TAG& t) { return t.nCode == 1001; });
+    AcDbEntity* pEnt =
+        xdata == m_tags.end()
+            ? ReadEntityBody(strType, m_tags, m_text, refs)
+            : ReadEntityBody(strType, std::vector<DXF_RAW_TAG>(m_tags.begin(), xdata), m_text,
+                             refs);
     m_report.nOutOfRange += refs.nOutOfRange;
     std::vector<DXF_TAG>* pRaw = nullptr;
     if (!pEnt) {
