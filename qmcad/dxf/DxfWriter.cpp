@@ -232,7 +232,9 @@ void CDxfWriter::Blocks() {
         m_w.Str(1, "");
         if (!p->m_strDescription.empty())
             m_w.Text(4, p->m_strDescription);
-        if (!p->isLayout())
+        // The two spaces' entities go to the ENTITIES section; every other
+        // block keeps its own here, a further layout's included.
+        if (id != m_db.modelSpaceId() && id != m_db.paperSpaceId())
             for (AcDbObjectId e : p->entities())
                 if (auto* pEnt = InPlace<AcDbEntity>(e); pEnt && !pEnt->isErased())
                     Entity(*pEnt);
