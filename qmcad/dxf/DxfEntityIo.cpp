@@ -102,7 +102,16 @@ AcDbEntity* ReadLwPolyline(const std::vector<DXF_RAW_TAG>& tags) {
     return p;
 }
 
-AcDbEntity* ReadText(const std::vector<DXF_RAW_TAG>& tags, CDxfText& text) {
+// An enumerated group: a value outside [nLow, nHigh] is read as the default and counted.
+int EnumValue(std::string_view value, int nLow, int nHigh, int nDefault, DXF_ENTITY_REFS& refs) {
+    int n = DxfInt(value, nDefault);
+    if (n >= nLow && n <= nHigh)
+        return n;
+    ++refs.nOutOfRange;
+    return nDefault;
+}
+
+AcDbEntity* ReadText(const std::vector<DXF_RAW_TAG>& tags, CDxfText& text, DXF_ENTITY_REFS& refs) {
     auto* p = new AcDbText;
     POINT_READER pos, align;
     bool bAlign = false;
@@ -130,10 +139,11 @@ AcDbEntity* ReadText(const std::vector<DXF_RAW_TAG>& tags, CDxfText& text) {
             p->setRotation(DxfReal(t.value) * kDeg);
             break;
         case 72:
-            p->setHorizontalMode(static_cast<AcDb::TextHorzMode>(DxfInt(t.value)));
+            p->setHorizontalMode(
+                static_cast<AcDb::TextHorzMode>(EnumValue(t.value, 0, 5, 0, refs)));
             break;
         case 73:
-            p->setVerticalMode(static_cast<AcDb::TextVertMode>(DxfInt(t.value)));
+            p->setVerticalMode(static_cast<AcDb::TextVertMode>(EnumValue(t.value, 0, 3, 0, refs)));
             break;
         default:
             break;
@@ -144,7 +154,7 @@ AcDbEntity* ReadText(const std::vector<DXF_RAW_TAG>& tags, CDxfText& text) {
     return p;
 }
 
-AcDbEntity* ReadMText(const std::vector<DXF_RAW_TAG>& tags, CDxfText& text) {
+AcDbEntity* ReadMText(const std::vector<DXF_RAW_TAG>& tags, CDxfText& text, DXF_ENTITY_REFS& refs) {
     auto* p = new AcDbMText;
     POINT_READER loc, dir;
     bool bDir = false;
@@ -174,7 +184,8 @@ AcDbEntity* ReadMText(const std::vector<DXF_RAW_TAG>& tags, CDxfText& text) {
             p->setRotation(DxfReal(t.value) * kDeg);
             break;
         case 71:
-            p->setAttachment(static_cast<AcDbMText::AttachmentPoint>(DxfInt(t.value, 1)));
+            p->setAttachment(
+                static_cast<AcDbMText::AttachmentPoint>(EnumValue(t.value, 1, 9, 1, refs)));
             break;
         default:
             break;
@@ -314,9 +325,9 @@ AcDbEntity* ReadEntityBody(const std::string_view& type, const std::vector<DXF_R
     if (type == "POLYLINE")
         return ReadPolyline(tags);
     if (type == "TEXT")
-        return ReadText(tags, text);
+        return ReadText(tags, text, refs);
     if (type == "MTEXT")
-        return ReadMText(tags, text);
+        return ReadMText(tags, text, refs);
     if (type == "INSERT")
         return ReadInsert(tags, text, refs);
     if (type == "DIMENSION")

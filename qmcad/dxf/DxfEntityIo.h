@@ -11,6 +11,7 @@
 struct DXF_ENTITY_REFS {
     std::wstring strBlock;    // INSERT and DIMENSION: group 2
     std::wstring strDimStyle; // DIMENSION: group 3
+    int nOutOfRange = 0;      // enumerated values outside their range, read as the default
 };
 
 // The entity of the type with its own groups read from tags (the common

@@ -3,8 +3,11 @@
 
 #include "base/StrUtil.h"
 #include "dxf/DxfEntityIo.h"
+#include "dxf/DxfGraphCheck.h"
+#include "dxf/DxfKept.h"
 #include "dxf/DxfTags.h"
 
+#include <algorithm>
 #include <cstring>
 #include <unordered_map>
 
@@ -24,6 +27,13 @@ struct PENDING_REF {
     DXF_ENTITY_REFS refs;
 };
 
+// Names that mark the file's structure: as an entity or object they could
+// only be written back as structure that was never there.
+bool IsStructureName(std::string_view type) {
+    return type == "SECTION" || type == "ENDSEC" || type == "TABLE" || type == "ENDTAB" ||
+           type == "BLOCK" || type == "ENDBLK" || type == "CLASS" || type == "EOF";
+}
+
 bool IsXData(int nCode) {
     return nCode >= 1000 && nCode <= 1071;
 }
@@ -42,6 +52,9 @@ private:
     bool Collect();
     void ReadThumbnail();
     void ReadHeader();
+    void KeepHeader(const std::vector<std::string>& order);
+    void ReadClasses();
+    void KeepRecordGroups(std::string_view type, AcDbSymbolTableRecord& rec);
     void ReadTables();
     void ReadBlocks();
     void ReadEntity(std::string_view type, AcDbBlockTableRecord* pDefault);
@@ -49,6 +62,15 @@ private:
     void ReadFollowers(AcDbEntity* pOwner);
     void ReadTableRecord(std::string_view type, AcDbSymbolTable* pTable);
     void SkipRecords();
+    std::vector<bool> UnclosedGroups() const;
+    // An enumerated value; outside [nLow, nHigh] the default, counted.
+    int Ranged(std::string_view value, int nLow, int nHigh, int nDefault) {
+        int n = DxfInt(value, nDefault);
+        if (n >= nLow && n <= nHigh)
+            return n;
+        ++m_report.nOutOfRange;
+        return nDefault;
+    }
     size_t Common(AcDbObject& obj, uint64_t& nHandle, uint64_t& nOwner, bool bKeepRaw,
                   std::vector<DXF_TAG>* pRaw);
     AcDbBlockTableRecord* BlockNamed(const std::wstring& name, bool bCreate);
@@ -122,6 +144,8 @@ Acad::ErrorStatus CDxfReader::Read() {
                 ReadObject(m_tag.value);
         } else if (name == "THUMBNAILIMAGE") {
             ReadThumbnail();
+        } else if (name == "CLASSES") {
+            ReadClasses();
         } else {
             SkipRecords();
         }
@@ -153,15 +177,57 @@ void CDxfReader::ReadThumbnail() {
     m_db.setThumbnailBitmap(bitmap);
 }
 
+void CDxfReader::ReadClasses() {
+    while (m_in.Next(m_tag)) {
+        if (m_tag.nCode == 0 && m_tag.value == "ENDSEC")
+            return;
+        m_db.m_keptClasses.push_back({m_tag.nCode, m_text.Decode(m_tag.value)});
+    }
+}
+
+// Every variable the database does not model, in file order, decoded once
+// the file's code page is known.
+void CDxfReader::KeepHeader(const std::vector<std::string>& order) {
+    for (const std::string& name : order) {
+        if (IsModelledHeaderVariable(name))
+            continue;
+        m_db.m_keptHeader.push_back({9, Utf8ToWide(name)});
+        for (const DXF_RAW_TAG& t : m_header[name])
+            m_db.m_keptHeader.push_back({t.nCode, m_text.Decode(t.value)});
+    }
+}
+
+void CDxfReader::KeepRecordGroups(std::string_view type, AcDbSymbolTableRecord& rec) {
+    bool bInGroup = false, bOwnerSeen = false;
+    for (const DXF_RAW_TAG& t : m_tags) {
+        if (t.nCode == 102) {
+            bInGroup = !t.value.empty() && t.value[0] == '{';
+            continue;
+        }
+        if (bInGroup)
+            continue;
+        if (t.nCode == 330 && bOwnerSeen) // a second owner group is data
+            rec.m_keptTags.push_back({t.nCode, m_text.Decode(t.value)});
+        else if (!IsModelledRecordGroup(type, t.nCode))
+            rec.m_keptTags.push_back({t.nCode, m_text.Decode(t.value)});
+        bOwnerSeen = bOwnerSeen || t.nCode == 330;
+    }
+}
+
 void CDxfReader::ReadHeader() {
     std::string name;
+    std::vector<std::string> order;
     while (m_in.Next(m_tag)) {
         if (m_tag.nCode == 0)
             break;
-        if (m_tag.nCode == 9)
+        if (m_tag.nCode == 9) {
             name.assign(m_tag.value);
-        else
+            if (!m_header.count(name))
+                order.push_back(name);
+            m_header[name];
+        } else {
             m_header[name].push_back(m_tag);
+        }
     }
     auto one = [&](const char* var) -> std::string_view {
         auto it = m_header.find(var);
@@ -178,6 +244,7 @@ void CDxfReader::ReadHeader() {
         if (!cp.empty())
             m_db.setCodePage(cp);
     }
+    KeepHeader(order);
     m_db.raiseHandseed(AcDbHandle(DxfHandle(one("$HANDSEED"))));
     auto point = [&](const char* var) {
         AcGePoint3d p;
@@ -225,7 +292,13 @@ void CDxfReader::ReadTables() {
             pTable = new AcDbViewTable;
         else if (name == "UCS")
             pTable = new AcDbUCSTable;
-        if (pTable) {
+        // A table named twice is one table: the records of the second join the
+        // first, which alone is written back.
+        if (auto it = m_tables.find(Utf8ToWide(name)); pTable && it != m_tables.end()) {
+            delete pTable;
+            pTable = it->second;
+            ++m_report.nMisplaced;
+        } else if (pTable) {
             m_tables[Utf8ToWide(name)] = pTable;
             m_pending.push_back({pTable, nHandle, 0, nullptr, nullptr});
         }
@@ -281,6 +354,10 @@ void CDxfReader::ReadTableRecord(std::string_view type, AcDbSymbolTable* pTable)
         for (const auto& t : m_tags) {
             if (t.nCode == 62) {
                 int c = DxfInt(t.value, 7);
+                if (c < -256 || c > 256) {
+                    ++m_report.nOutOfRange;
+                    c = 7;
+                }
                 p->setIsOff(c < 0);
                 p->setColorIndex(static_cast<short>(c < 0 ? -c : c));
             } else if (t.nCode == 6) {
@@ -288,7 +365,7 @@ void CDxfReader::ReadTableRecord(std::string_view type, AcDbSymbolTable* pTable)
             } else if (t.nCode == 290) {
                 p->m_bPlottable = DxfInt(t.value, 1) != 0;
             } else if (t.nCode == 370) {
-                p->m_nLineWeight = static_cast<short>(DxfInt(t.value, -3));
+                p->m_nLineWeight = static_cast<short>(Ranged(t.value, -3, 211, -3));
             }
         }
     } else if (auto* p = dynamic_cast<AcDbLinetypeTableRecord*>(pRec)) {
@@ -325,6 +402,7 @@ void CDxfReader::ReadTableRecord(std::string_view type, AcDbSymbolTable* pTable)
             m_blocksByHandle[nHandle] = p;
         m_blocksByName[StrMakeLower(p->name())] = p;
     }
+    KeepRecordGroups(type, *pRec);
     m_pending.push_back({pRec, nHandle, nOwner, nullptr, pTable});
 }
 
@@ -399,12 +477,35 @@ void CDxfReader::ReadBlocks() {
     }
 }
 
+// The "102 {" tags of the record that no "102 }" closes before the next
+// opening or the extended data: such a group would swallow the groups the
+// writer puts after it, so it is read as if it had never been opened.
+std::vector<bool> CDxfReader::UnclosedGroups() const {
+    std::vector<bool> unclosed(m_tags.size(), false);
+    size_t nOpen = m_tags.size();
+    for (size_t i = 0; i < m_tags.size(); ++i) {
+        const DXF_RAW_TAG& t = m_tags[i];
+        if (t.nCode == 1001)
+            break;
+        if (t.nCode != 102)
+            continue;
+        bool bOpens = !t.value.empty() && t.value[0] == '{';
+        if (bOpens && nOpen < m_tags.size())
+            unclosed[nOpen] = true;
+        nOpen = bOpens ? i : m_tags.size();
+    }
+    if (nOpen < m_tags.size())
+        unclosed[nOpen] = true;
+    return unclosed;
+}
+
 // The groups every object shares: handle, owner, extension dictionary,
 // entity properties. Returns where the extended data begins.
 size_t CDxfReader::Common(AcDbObject& obj, uint64_t& nHandle, uint64_t& nOwner, bool bKeepRaw,
                           std::vector<DXF_TAG>* pRaw) {
     auto* pEnt = dynamic_cast<AcDbEntity*>(&obj);
     size_t nXData = m_tags.size();
+    std::vector<bool> unclosed = UnclosedGroups();
     bool bInGroup = false, bInXDict = false, bOwnerSeen = false;
     for (size_t i = 0; i < m_tags.size(); ++i) {
         const DXF_RAW_TAG& t = m_tags[i];
@@ -412,6 +513,8 @@ size_t CDxfReader::Common(AcDbObject& obj, uint64_t& nHandle, uint64_t& nOwner, 
             nXData = i;
             break;
         }
+        if (unclosed[i])
+            continue;
         bool bRaw = bKeepRaw;
         if (t.nCode == 102) {
             bInGroup = !t.value.empty() && t.value[0] == '{';
@@ -435,10 +538,10 @@ size_t CDxfReader::Common(AcDbObject& obj, uint64_t& nHandle, uint64_t& nOwner, 
                 pEnt->setLinetype(m_text.Decode(t.value));
                 break;
             case 62:
-                pEnt->setColorIndex(static_cast<short>(DxfInt(t.value, 256)));
+                pEnt->setColorIndex(static_cast<short>(Ranged(t.value, 0, 257, 256)));
                 break;
             case 370:
-                pEnt->setLineWeight(static_cast<short>(DxfInt(t.value, -1)));
+                pEnt->setLineWeight(static_cast<short>(Ranged(t.value, -3, 211, -1)));
                 break;
             case 48:
                 pEnt->setLinetypeScale(DxfReal(t.value, 1.0));
@@ -469,8 +572,20 @@ void CDxfReader::ReadEntity(std::string_view type, AcDbBlockTableRecord* pDefaul
     Collect();
     if (strType == "VERTEX" || strType == "SEQEND" || strType == "ATTRIB")
         return; // strays without their polyline or insert
+    if (IsStructureName(strType)) {
+        ++m_report.nMisplaced;
+        return;
+    }
     DXF_ENTITY_REFS refs;
-    AcDbEntity* pEnt = ReadEntityBody(strType, m_tags, m_text, refs);
+    // The entity's own groups end where its extended data begins.
+    auto xdata = std::find_if(m_tags.begin(), m_tags.end(),
+                              [](const DXF_RAW_TAG& t) { return t.nCode == 1001; });
+    AcDbEntity* pEnt =
+        xdata == m_tags.end()
+            ? ReadEntityBody(strType, m_tags, m_text, refs)
+            : ReadEntityBody(strType, std::vector<DXF_RAW_TAG>(m_tags.begin(), xdata), m_text,
+                             refs);
+    m_report.nOutOfRange += refs.nOutOfRange;
     std::vector<DXF_TAG>* pRaw = nullptr;
     if (!pEnt) {
         ++m_report.unknownEntities[strType];
@@ -535,6 +650,10 @@ void CDxfReader::ReadFollowers(AcDbEntity* pOwner) {
 void CDxfReader::ReadObject(std::string_view type) {
     std::string strType(type);
     Collect();
+    if (IsStructureName(strType)) {
+        ++m_report.nMisplaced;
+        return;
+    }
     uint64_t nHandle = 0, nOwner = 0;
     if (strType == "DICTIONARY") {
         auto* p = new AcDbDictionary;
@@ -624,6 +743,11 @@ void CDxfReader::Finish() {
             }
         }
     }
+    std::vector<AcDbObject*> objects;
+    objects.reserve(pending.size());
+    for (PENDING& p : pending)
+        objects.push_back(p.pObj);
+    m_report.nRefusedReferences += RefuseBadReferences(objects);
     FinishHeader();
 }
 

@@ -12,6 +12,9 @@ struct DXF_READ_REPORT {
     std::string strVersion;                     // $ACADVER, AC1009 (R12) to AC1032 (2018)
     std::map<std::string, int> unknownEntities; // by DXF type, kept verbatim
     int UnknownEntityCount() const;
+    int nRefusedReferences = 0; // references that made a cycle or named a table
+    int nOutOfRange = 0;        // enumerated values read as their default
+    int nMisplaced = 0;         // section, table or block markers where an entity or object belongs
 };
 
 // Data is the whole file. A binary DWG is refused with eBinaryDwgNotSupported,

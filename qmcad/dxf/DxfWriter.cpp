@@ -2,6 +2,7 @@
 #include "dxf/DxfWriter.h"
 
 #include "dxf/DxfEntityIo.h"
+#include "dxf/DxfKept.h"
 #include "dxf/DxfTags.h"
 
 #include <algorithm>
@@ -69,6 +70,8 @@ std::string& CDxfWriter::Run() {
     Header();
     m_w.Str(0, "SECTION");
     m_w.Str(2, "CLASSES");
+    for (const DXF_TAG& tag : m_db.m_keptClasses)
+        m_w.Text(tag.nCode, tag.strValue);
     m_w.Str(0, "ENDSEC");
     Tables();
     Blocks();
@@ -97,18 +100,24 @@ void CDxfWriter::Header() {
     m_w.Point(10, m_db.extmax().x, m_db.extmax().y, m_db.extmax().z);
     var("$CLAYER");
     m_w.Text(8, m_db.clayer().isValid() ? Name(m_db.clayer()) : L"0");
-    var("$CELTYPE");
-    m_w.Str(6, "ByLayer");
+    CKeptHeader kept(m_w, m_db);
+    if (!kept.Write("$CELTYPE")) {
+        var("$CELTYPE");
+        m_w.Str(6, "ByLayer");
+    }
     var("$TEXTSTYLE");
     m_w.Text(7, m_db.textstyle().isValid() ? Name(m_db.textstyle()) : L"Standard");
     var("$DIMSTYLE");
     m_w.Text(2, m_db.dimstyle().isValid() ? Name(m_db.dimstyle()) : L"Standard");
     var("$DIMLFAC");
     m_w.Real(40, m_db.dimlfac());
-    var("$MEASUREMENT");
-    m_w.Int(70, 1);
+    if (!kept.Write("$MEASUREMENT")) {
+        var("$MEASUREMENT");
+        m_w.Int(70, 1);
+    }
     var("$HANDSEED");
     m_w.Handle(5, m_db.handseed().value());
+    kept.Rest();
     m_w.Str(0, "ENDSEC");
 }
 
@@ -154,9 +163,11 @@ void CDxfWriter::Table(AcDbObjectId tableId, const char* name, const char* subcl
         m_w.Str(100, "AcDbSymbolTableRecord");
         m_w.Str(100, subclass);
         m_w.Text(2, p->name());
+        CKeptWriter kept(m_w, m_db, p->m_keptTags);
         if (auto* pBlock = dynamic_cast<AcDbBlockTableRecord*>(p)) {
             if (pBlock->m_layoutId.isValid() && !pBlock->m_layoutId.isErased())
                 m_w.Handle(340, pBlock->m_layoutId.handle().value());
+            kept.Rest();
             XData(*p);
             continue;
         }
@@ -182,9 +193,9 @@ void CDxfWriter::Table(AcDbObjectId tableId, const char* name, const char* subcl
         } else if (auto* pStyle = dynamic_cast<AcDbTextStyleTableRecord*>(p)) {
             m_w.Real(40, pStyle->m_dTextSize);
             m_w.Real(41, pStyle->m_dWidthFactor);
-            m_w.Real(50, 0.0);
-            m_w.Int(71, 0);
-            m_w.Real(42, 2.5);
+            kept.Real(50, 0.0);
+            kept.Int(71, 0);
+            kept.Real(42, 2.5);
             m_w.Text(3, pStyle->m_strFont);
             m_w.Text(4, pStyle->m_strBigFont);
         } else if (auto* pDim = dynamic_cast<AcDbDimStyleTableRecord*>(p)) {
@@ -193,10 +204,12 @@ void CDxfWriter::Table(AcDbObjectId tableId, const char* name, const char* subcl
             m_w.Real(140, pDim->dimtxt());
             m_w.Real(144, pDim->dimlfac());
         } else if (dynamic_cast<AcDbViewportTableRecord*>(p)) {
-            m_w.Point2(12, 0, 0);
-            m_w.Real(40, 1000.0);
-            m_w.Real(41, 1.5);
+            kept.Real(12, 0.0);
+            kept.Real(22, 0.0);
+            kept.Real(40, 1000.0);
+            kept.Real(41, 1.5);
         }
+        kept.Rest();
         XData(*p);
     }
     m_w.Str(0, "ENDTAB");
@@ -226,7 +239,9 @@ void CDxfWriter::Blocks() {
         m_w.Str(1, "");
         if (!p->m_strDescription.empty())
             m_w.Text(4, p->m_strDescription);
-        if (!p->isLayout())
+        // The two spaces' entities go to the ENTITIES section; every other
+        // block keeps its own here, a further layout's included.
+        if (id != m_db.modelSpaceId() && id != m_db.paperSpaceId())
             for (AcDbObjectId e : p->entities())
                 if (auto* pEnt = InPlace<AcDbEntity>(e); pEnt && !pEnt->isErased())
                     Entity(*pEnt);
@@ -279,17 +294,21 @@ void CDxfWriter::XData(const AcDbObject& obj) {
 }
 
 // Groups kept verbatim, with the owner placed before the first subclass marker.
+// The owner goes where the reader takes it from: after the leading 102
+// groups, before any other group (a kept 330 of the object's data included).
 void CDxfWriter::Raw(const std::vector<DXF_TAG>& tags, const AcDbObject& obj) {
-    bool bOwner = false;
-    for (const DXF_TAG& t : tags) {
-        if (!bOwner && t.nCode == 100) {
-            m_w.Handle(330, obj.ownerId().handle().value());
-            bOwner = true;
-        }
+    size_t i = 0;
+    for (bool bInGroup = false; i < tags.size(); ++i) {
+        const DXF_TAG& t = tags[i];
+        if (t.nCode == 102)
+            bInGroup = !t.strValue.empty() && t.strValue[0] == L'{';
+        else if (!bInGroup)
+            break;
         m_w.Text(t.nCode, t.strValue);
     }
-    if (!bOwner)
-        m_w.Handle(330, obj.ownerId().handle().value());
+    m_w.Handle(330, obj.ownerId().handle().value());
+    for (; i < tags.size(); ++i)
+        m_w.Text(tags[i].nCode, tags[i].strValue);
 }
 
 void CDxfWriter::Entity(const AcDbEntity& ent) {

@@ -314,10 +314,9 @@ bool CCurlFtpConnection::GetFile(const std::wstring& strRemote, const std::wstri
     curl_easy_setopt(m_pCurl, CURLOPT_WRITEDATA, pFile);
     bool bOk = Run();
     bOk = std::fclose(pFile) == 0 && bOk;
-    if (bOk && FsExists(strLocal))
-        bOk = FsDeleteFile(strLocal);
+    // Renamed over the old copy, so that a failed download leaves it whole.
     if (bOk)
-        bOk = FsMoveFile(strPart, strLocal);
+        bOk = FsReplaceFile(strPart, strLocal);
     if (!bOk)
         FsDeleteFile(strPart);
     return bOk;

@@ -51,7 +51,7 @@ bool CSuiteLabelNames::WriteNameFile(const std::wstring& strPath,
     std::wstring strText = L"# " + strTitle + L"\n# 名称|标志: 1 可在标注开头, 0 前面须有字符\n";
     for (const STRUCT_ZHUANGZHI_DZ_NAME& row : table)
         strText += Format(L"%s|%d\n", row.name, row.flag);
-    return file.WriteString(strText);
+    return file.WriteString(strText) && file.Close();
 }
 
 std::wstring CSuiteLabelNames::FilePath(const wchar_t* pszRelPath) {

@@ -35,6 +35,10 @@ void BindText(sqlite3_stmt* pStmt, int nIndex, const std::wstring& strText) {
     sqlite3_bind_text(pStmt, nIndex, WideToUtf8(strText).c_str(), -1, SQLITE_TRANSIENT);
 }
 
+bool Exec(sqlite3* pDb, const char* pszSql) {
+    return sqlite3_exec(pDb, pszSql, nullptr, nullptr, nullptr) == SQLITE_OK;
+}
+
 std::wstring ColumnText(sqlite3_stmt* pStmt, int nIndex) {
     const unsigned char* psz = sqlite3_column_text(pStmt, nIndex);
     return psz ? Utf8ToWide(reinterpret_cast<const char*>(psz)) : std::wstring();
@@ -42,38 +46,44 @@ std::wstring ColumnText(sqlite3_stmt* pStmt, int nIndex) {
 
 } // namespace
 
-void CSuiteMainLib::SaveHoleDataToEPartLib(const std::wstring& strCode,
+bool CSuiteMainLib::SaveHoleDataToEPartLib(const std::wstring& strCode,
                                            const std::wstring& strModel,
                                            const std::wstring& strName,
                                            const std::wstring& strFileName, int32_t nFlag) {
     std::wstring strRoot = m_paths.LocalInstallPath();
     if (strRoot.empty())
-        return;
+        return false;
     if (strRoot.back() != L'\\')
         strRoot += L'\\';
     std::wstring strDataDir = strRoot + L"Data";
-    if (!FsIsDirectory(strDataDir))
-        FsCreateDirectory(strDataDir);
-    WriteRow(strRoot + kDatabaseFile, strFileName, {strCode, strModel, strName, nFlag});
+    if (!FsIsDirectory(strDataDir) && !FsCreateDirectory(strDataDir))
+        return false;
+    return WriteRow(strRoot + kDatabaseFile, strFileName, {strCode, strModel, strName, nFlag});
 }
 
 bool CSuiteMainLib::WriteRow(const std::wstring& strDatabase, const std::wstring& strFileName,
                              const STRUCT_HOLE_PART_ROW& row) {
     CDatabase db(strDatabase, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-    if (!db.Get() || sqlite3_exec(db.Get(), kCreateTable, nullptr, nullptr, nullptr) != SQLITE_OK)
+    // The table and the row go in together or not at all.
+    if (!db.Get() || !Exec(db.Get(), "BEGIN IMMEDIATE"))
         return false;
     sqlite3_stmt* pStmt = nullptr;
     const char* pszSql = "INSERT OR REPLACE INTO HolePart VALUES (?, ?, ?, ?, ?)";
-    if (sqlite3_prepare_v2(db.Get(), pszSql, -1, &pStmt, nullptr) != SQLITE_OK)
-        return false;
-    BindText(pStmt, 1, strFileName);
-    BindText(pStmt, 2, row.strCode);
-    BindText(pStmt, 3, row.strModel);
-    BindText(pStmt, 4, row.strName);
-    sqlite3_bind_int(pStmt, 5, row.nFlag);
-    bool bOk = sqlite3_step(pStmt) == SQLITE_DONE;
+    bool bOk = Exec(db.Get(), kCreateTable) &&
+               sqlite3_prepare_v2(db.Get(), pszSql, -1, &pStmt, nullptr) == SQLITE_OK;
+    if (bOk) {
+        BindText(pStmt, 1, strFileName);
+        BindText(pStmt, 2, row.strCode);
+        BindText(pStmt, 3, row.strModel);
+        BindText(pStmt, 4, row.strName);
+        sqlite3_bind_int(pStmt, 5, row.nFlag);
+        bOk = sqlite3_step(pStmt) == SQLITE_DONE;
+    }
     sqlite3_finalize(pStmt);
-    return bOk;
+    if (bOk && Exec(db.Get(), "COMMIT"))
+        return true;
+    Exec(db.Get(), "ROLLBACK");
+    return false;
 }
 
 bool CSuiteMainLib::ReadRow(const std::wstring& strDatabase, const std::wstring& strFileName,

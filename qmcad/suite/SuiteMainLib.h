@@ -23,14 +23,15 @@ public:
 
     static constexpr const wchar_t* kDatabaseFile = L"Data\\TzMainLib.mdb";
 
-    void SaveHoleDataToEPartLib(const std::wstring& strCode, const std::wstring& strModel,
+    bool SaveHoleDataToEPartLib(const std::wstring& strCode, const std::wstring& strModel,
                                 const std::wstring& strName, const std::wstring& strFileName,
                                 int32_t nFlag) override;
 
     // The row of a drawing in a database file; false when there is none.
     static bool ReadRow(const std::wstring& strDatabase, const std::wstring& strFileName,
                         STRUCT_HOLE_PART_ROW& row);
-    // Inserts or replaces the row; false when the file can't be written.
+    // Inserts or replaces the row in one transaction; false (and the file as
+    // it was) when the file can't be written.
     static bool WriteRow(const std::wstring& strDatabase, const std::wstring& strFileName,
                          const STRUCT_HOLE_PART_ROW& row);
 

@@ -4,6 +4,17 @@
 #include "base/CodePage.h"
 #include "base/FileSystem.h"
 
+namespace {
+
+std::wstring ParentOf(const std::wstring& strPath) {
+    size_t n = strPath.rfind(L'\\');
+    if (n == std::wstring::npos)
+        return L".";
+    return n == 0 ? L"\\" : strPath.substr(0, n);
+}
+
+} // namespace
+
 CTextFile::~CTextFile() {
     Close();
 }
@@ -20,17 +31,33 @@ bool CTextFile::Open(const std::wstring& strPath, OpenMode mode) {
         m_bReading = true;
         return true;
     }
-    m_pFile = FsOpenStdio(strPath, mode == modeAppend ? "ab" : "wb");
+    if (mode == modeCreateWrite) {
+        // Refuse at once what could not be written later: a directory, a
+        // missing folder, a read-only file.
+        if (FsIsDirectory(strPath) || !FsIsDirectory(ParentOf(strPath)) ||
+            (FsExists(strPath) && !FsIsWritable(strPath)))
+            return false;
+        m_strPath = strPath;
+        m_bWriting = true;
+        return true;
+    }
+    m_pFile = FsOpenStdio(strPath, "ab");
     return m_pFile != nullptr;
 }
 
-void CTextFile::Close() {
+bool CTextFile::Close() {
+    bool bOk = true;
     if (m_pFile)
-        std::fclose(m_pFile);
+        bOk = std::fclose(m_pFile) == 0;
+    if (m_bWriting)
+        bOk = FsWriteBinary(m_strPath, m_bytes);
     m_pFile = nullptr;
     m_bReading = false;
+    m_bWriting = false;
+    m_strPath.clear();
     m_bytes.clear();
     m_nPos = 0;
+    return bOk;
 }
 
 bool CTextFile::ReadString(std::wstring& strLine) {
@@ -49,7 +76,7 @@ bool CTextFile::ReadString(std::wstring& strLine) {
 }
 
 bool CTextFile::WriteString(const std::wstring& strText) {
-    if (!m_pFile)
+    if (!m_pFile && !m_bWriting)
         return false;
     std::string bytes = EncodeText(strText);
     std::string out;
@@ -58,6 +85,10 @@ bool CTextFile::WriteString(const std::wstring& strText) {
         if (c == '\n')
             out.push_back('\r');
         out.push_back(c);
+    }
+    if (m_bWriting) {
+        m_bytes += out;
+        return true;
     }
     if (std::fwrite(out.data(), 1, out.size(), m_pFile) != out.size())
         return false;

@@ -10,7 +10,7 @@ class CTextFile {
 public:
     enum OpenMode {
         modeRead,        // the file must exist
-        modeCreateWrite, // creates or truncates
+        modeCreateWrite, // creates or replaces, whole, when closed
         modeAppend,      // creates if missing, writes at the end
     };
 
@@ -21,8 +21,10 @@ public:
 
     // System path; false when the file cannot be opened. Never throws.
     bool Open(const std::wstring& strPath, OpenMode mode);
-    void Close();
-    bool IsOpen() const { return m_pFile != nullptr || m_bReading; }
+    // A file opened with modeCreateWrite replaces the old one here (also from
+    // the destructor) in one step; false when that failed, the old file kept.
+    bool Close();
+    bool IsOpen() const { return m_pFile != nullptr || m_bReading || m_bWriting; }
 
     // Reads the next line without its line end; false at the end of the
     // file. CR LF reads as the end of a line, a lone CR stays in the text, a
@@ -30,13 +32,16 @@ public:
     // the file as the platform's text mode does.
     bool ReadString(std::wstring& strLine);
 
-    // Writes the text with each "\n" stored as CR LF; false on a write error.
+    // Writes the text with each "\n" stored as CR LF; false on a write error
+    // (with modeCreateWrite the disk is reached by Close).
     bool WriteString(const std::wstring& strText);
 
 private:
     std::FILE* m_pFile = nullptr;
     bool m_bReading = false;
-    std::string m_bytes; // the whole file while reading: the files are small
+    bool m_bWriting = false; // modeCreateWrite: the bytes wait in m_bytes
+    std::wstring m_strPath;  // and go to this file when closed
+    std::string m_bytes;     // the whole file while reading: the files are small
     size_t m_nPos = 0;
 };
 

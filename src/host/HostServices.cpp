@@ -84,8 +84,8 @@ std::wstring TzDll_GetZhuangZhiAndDzNameStamp() {
     return g_services.pLabelNames ? g_services.pLabelNames->NameTablesStamp() : L"";
 }
 
-void TzSaveHoleDataToEPartLib(std::wstring strCode, std::wstring strModel, std::wstring strName,
+bool TzSaveHoleDataToEPartLib(std::wstring strCode, std::wstring strModel, std::wstring strName,
                               std::wstring strFileName, int32_t nFlag) {
-    if (g_services.pMainLib)
-        g_services.pMainLib->SaveHoleDataToEPartLib(strCode, strModel, strName, strFileName, nFlag);
+    return g_services.pMainLib && g_services.pMainLib->SaveHoleDataToEPartLib(
+                                      strCode, strModel, strName, strFileName, nFlag);
 }

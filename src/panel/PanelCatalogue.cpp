@@ -66,7 +66,7 @@ bool CPanelCatalogue::SavePanelLib() const {
         return false;
     for (const std::wstring& strRecord : m_arrPanels)
         file.WriteString(strRecord + L"\n");
-    return true;
+    return file.Close();
 }
 
 bool CPanelCatalogue::FillSizes(const std::vector<int>& arrSelected, std::wstring& strW,

@@ -257,7 +257,7 @@ bool CMyFtpConnection::UploadDirTree(const std::wstring& strLocalDir,
               bOk;
     }
     for (const FS_FIND_DATA& entry : found) {
-        if (!entry.bDirectory || entry.strName == L"." || entry.strName == L"..")
+        if (!entry.bDirectory || entry.bLink || entry.strName == L"." || entry.strName == L"..")
             continue;
         bOk = UploadDirTree(JoinPath(strLocalDir, entry.strName),
                             RemoteChild(strRemote, entry.strName)) &&

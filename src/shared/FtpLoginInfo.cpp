@@ -49,5 +49,6 @@ bool WriteLoginInfo(const std::wstring& strFile, const CStringArray& lines) {
             strText += EncodeLoginText(lines[i]);
     }
     CTextFile file;
-    return file.Open(strFile, CTextFile::modeCreateWrite) && file.WriteString(strText);
+    return file.Open(strFile, CTextFile::modeCreateWrite) && file.WriteString(strText) &&
+           file.Close();
 }

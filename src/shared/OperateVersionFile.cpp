@@ -170,8 +170,7 @@ bool COperateVersionFile::WriteRecords(const CStringArray& arrPaths, const CStri
             Format(bLast ? L"%s|%s|%s" : L"%s|%s|%s\n", info.strPath, info.strDate, info.strOprt);
     }
     file.WriteString(strText);
-    file.Close();
-    return true;
+    return file.Close();
 }
 
 bool COperateVersionFile::UpdateRecord(const std::wstring& strPath, const std::wstring& strOprt) {

@@ -2,12 +2,16 @@
 #include "base/FileSystem.h"
 #include "base/SysPath.h"
 
+#include "FileSizeLimit.h"
 #include "TestHost.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 TEST(SysPath, MapsBackslashesAndUtf8BothWays) {
@@ -47,12 +51,103 @@ TEST(FileSystem, MovesNeverReplaceAndCopiesRespectTheFlag) {
     WriteBytes(dir / L"b", "B");
     EXPECT_FALSE(FsMoveFile(dir / L"a", dir / L"b"));
     EXPECT_EQ(ReadBytes(dir / L"b"), "B");
+    ASSERT_TRUE(FsCreateDirectory(dir / L"d1"));
+    ASSERT_TRUE(FsCreateDirectory(dir / L"d2"));
+    EXPECT_FALSE(FsMoveFile(dir / L"d1", dir / L"d2"));
+    EXPECT_TRUE(FsMoveFile(dir / L"d1", dir / L"D1")); // case only
     EXPECT_TRUE(FsMoveFile(dir / L"a", dir / L"c"));
     EXPECT_FALSE(FsCopyFile(dir / L"c", dir / L"b", true));
     EXPECT_TRUE(FsCopyFile(dir / L"c", dir / L"b", false));
     EXPECT_EQ(ReadBytes(dir / L"b"), "A");
     EXPECT_FALSE(FsCopyFile(dir / L"none", dir / L"d", false));
     EXPECT_FALSE(FsExists(dir / L"d"));
+}
+
+// Only the named files are in the directory: no temporary was left behind.
+std::vector<std::wstring> NamesIn(const CTempDir& dir) {
+    std::vector<FS_FIND_DATA> found;
+    FsFind(dir / L"*", found);
+    std::vector<std::wstring> names;
+    for (const FS_FIND_DATA& entry : found)
+        if (entry.strName != L"." && entry.strName != L"..")
+            names.push_back(entry.strName);
+    return names;
+}
+
+TEST(FileSystem, AFailedWriteLeavesTheOldFileWholeAndNoTemporary) {
+    CTempDir dir;
+    std::string old(227850, 'o');
+    WriteBytes(dir / L"a.dwg", old);
+    {
+        CFileSizeLimit full(16384);
+        EXPECT_FALSE(FsWriteBinary(dir / L"a.dwg", std::string(227850, 'n')));
+        EXPECT_EQ(FsGetLastError(), EFBIG); // the write's error, not a later call's
+        EXPECT_FALSE(FsCopyFile(dir / L"a.dwg", dir / L"b.dwg", false));
+    }
+    EXPECT_EQ(ReadBytes(dir / L"a.dwg"), old);
+    EXPECT_EQ(NamesIn(dir), std::vector<std::wstring>{L"a.dwg"});
+    ASSERT_TRUE(FsWriteBinary(dir / L"a.dwg", "new"));
+    EXPECT_EQ(ReadBytes(dir / L"a.dwg"), "new");
+    EXPECT_EQ(NamesIn(dir), std::vector<std::wstring>{L"a.dwg"});
+}
+
+TEST(FileSystem, CopiesReplaceWholeAndRefuseTheSameFile) {
+    CTempDir dir;
+    WriteBytes(dir / L"long", "LONG OLD CONTENT");
+    WriteBytes(dir / L"short", "new");
+    ASSERT_TRUE(FsCopyFile(dir / L"short", dir / L"long", false));
+    EXPECT_EQ(ReadBytes(dir / L"long"), "new"); // no old tail survives
+    ASSERT_TRUE(FsCreateDirectory(dir / L"sub"));
+    EXPECT_FALSE(FsCopyFile(dir / L"long", dir / L"long", false));
+    EXPECT_FALSE(FsCopyFile(dir / L"long", dir / L"sub\\..\\long", false));
+    ASSERT_EQ(::link((dir.OsPath() + "long").c_str(), (dir.OsPath() + "hard").c_str()), 0);
+    EXPECT_FALSE(FsCopyFile(dir / L"hard", dir / L"long", false));
+    EXPECT_EQ(ReadBytes(dir / L"long"), "new");
+}
+
+TEST(FileSystem, TreesAreDeletedWithoutFollowingLinks) {
+    CTempDir dir;
+    ASSERT_TRUE(FsCreateDirectory(dir / L"outside"));
+    WriteBytes(dir / L"outside\\keep.dwg", "keep");
+    ASSERT_TRUE(FsCreateDirectory(dir / L"lib"));
+    ASSERT_TRUE(FsCreateDirectory(dir / L"lib\\sub"));
+    WriteBytes(dir / L"lib\\sub\\ro.dwg", "x");
+    ASSERT_TRUE(FsSetReadOnly(dir / L"lib\\sub\\ro.dwg"));
+    std::string os = dir.OsPath();
+    ASSERT_EQ(::symlink((os + "outside").c_str(), (os + "lib/sub/dirlink").c_str()), 0);
+    ASSERT_EQ(::symlink((os + "outside/keep.dwg").c_str(), (os + "lib/filelink").c_str()), 0);
+    ASSERT_EQ(::symlink((os + "lib").c_str(), (os + "lib/sub/loop").c_str()), 0);
+    ASSERT_EQ(::chmod((os + "lib/sub").c_str(), 0555), 0);
+    std::vector<FS_FIND_DATA> found;
+    ASSERT_TRUE(FsFind(dir / L"lib\\sub\\dirlink", found));
+    EXPECT_TRUE(found[0].bLink);
+    EXPECT_TRUE(FsDeleteTree(dir / L"lib"));
+    EXPECT_FALSE(FsExists(dir / L"lib"));
+    EXPECT_EQ(ReadBytes(dir / L"outside\\keep.dwg"), "keep");
+    ASSERT_EQ(::symlink((os + "outside").c_str(), (os + "toplink").c_str()), 0);
+    EXPECT_FALSE(FsDeleteTree(dir / L"toplink")); // a link is not a tree to empty
+    EXPECT_EQ(ReadBytes(dir / L"outside\\keep.dwg"), "keep");
+}
+
+TEST(FileSystem, OfMovesRacingForOneNameExactlyOneWins) {
+    CTempDir dir;
+    for (int nRound = 0; nRound < 20; ++nRound) {
+        std::wstring strTarget = dir / (L"target" + std::to_wstring(nRound));
+        std::vector<std::thread> threads;
+        std::vector<int> won(6, 0);
+        for (int i = 0; i < 6; ++i) {
+            std::wstring strFrom =
+                dir / (L"w" + std::to_wstring(i) + L"_" + std::to_wstring(nRound));
+            WriteBytes(strFrom, std::to_string(i));
+            threads.emplace_back(
+                [&, i, strFrom] { won[i] = FsMoveFile(strFrom, strTarget) ? 1 : 0; });
+        }
+        for (std::thread& t : threads)
+            t.join();
+        int nWinner = static_cast<int>(std::find(won.begin(), won.end(), 1) - won.begin());
+        ASSERT_EQ(std::count(won.begin(), won.end(), 1), 1);
+        EXPECT_EQ(ReadBytes(strTarget), std::to_string(nWinner));
+    }
 }
 
 TEST(FileSystem, ReadOnlyStateAndDirectories) {

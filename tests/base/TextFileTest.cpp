@@ -2,6 +2,7 @@
 #include "base/TextFile.h"
 #include "base/CodePage.h"
 
+#include "FileSizeLimit.h"
 #include "TestHost.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +14,7 @@ TEST(TextFile, WritesGbkWithCrLfAndReadsItBack) {
     ASSERT_TRUE(out.Open(strPath, CTextFile::modeCreateWrite));
     ASSERT_TRUE(out.WriteString(L"版本日期：\n"));
     ASSERT_TRUE(out.WriteString(L"a|b"));
-    out.Close();
+    EXPECT_TRUE(out.Close());
     EXPECT_EQ(Hex(ReadBytes(strPath)), "B0 E6 B1 BE C8 D5 C6 DA A3 BA 0D 0A 61 7C 62");
 
     CTextFile in;
@@ -24,6 +25,21 @@ TEST(TextFile, WritesGbkWithCrLfAndReadsItBack) {
     ASSERT_TRUE(in.ReadString(strLine)); // last line without a line end
     EXPECT_EQ(strLine, L"a|b");
     EXPECT_FALSE(in.ReadString(strLine));
+}
+
+TEST(TextFile, AWriteThatFailsKeepsTheOldFile) {
+    CTempDir dir;
+    std::wstring strPath = dir / L"Server.xml";
+    std::string old = "old records\r\n" + std::string(20000, 'r');
+    WriteBytes(strPath, old);
+    CTextFile out;
+    ASSERT_TRUE(out.Open(strPath, CTextFile::modeCreateWrite));
+    EXPECT_TRUE(out.WriteString(std::wstring(40000, L'n')));
+    {
+        CFileSizeLimit full(4096);
+        EXPECT_FALSE(out.Close());
+    }
+    EXPECT_EQ(ReadBytes(strPath), old);
 }
 
 TEST(TextFile, LineEndsAsThePlatformsTextMode) {

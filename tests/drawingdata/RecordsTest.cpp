@@ -94,7 +94,18 @@ TEST(Records, NamedRecordsAreMadeReadAndRemoved) {
     EXPECT_EQ(ChainTexts(pChain), (std::vector<std::wstring>{KEY_SCALE, L"1:30"}));
     acutRelRb(pChain);
     acutRelRb(pIn);
+    AcDbObjectId removedId;
+    {
+        AcDbDictionary* pNod = nullptr;
+        ASSERT_EQ(db.getNamedObjectsDictionary(pNod, AcDb::kForRead), Acad::eOk);
+        AcDbDictionary* pDict = nullptr;
+        ASSERT_EQ(pNod->getAt(TZ_DWG_DICITIONARY, pDict, AcDb::kForRead), Acad::eOk);
+        pNod->close();
+        ASSERT_EQ(pDict->getAt(TZ_SCALE_XRECORD, removedId), Acad::eOk);
+        pDict->close();
+    }
     EXPECT_EQ(RemoveNamedXrecord(&db, TZ_DWG_DICITIONARY, TZ_SCALE_XRECORD), 1);
+    EXPECT_TRUE(removedId.isErased()); // gone from the drawing, not only from its dictionary
     EXPECT_EQ(RemoveNamedXrecord(&db, TZ_DWG_DICITIONARY, TZ_SCALE_XRECORD), 0);
     EXPECT_EQ(ReadNamedXrecord(&db, TZ_DWG_DICITIONARY, TZ_SCALE_XRECORD, pChain), 0);
     EXPECT_EQ(ReadNamedXrecord(&db, TZ_DWG_DICITIONARY, TZ_COUNT_XRECORD, pChain), 1);

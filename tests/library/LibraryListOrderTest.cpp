@@ -61,6 +61,9 @@ TEST(LibraryListOrder, ListOrderOfTheBrowser) {
     EXPECT_EQ(Sorted({L"10.dwg", L"2.dwg"}), (CStringArray{L"2.dwg", L"10.dwg"}));
     EXPECT_EQ(Sorted({L"1-10.dwg", L"1-2.dwg"}), (CStringArray{L"1-2.dwg", L"1-10.dwg"}));
     EXPECT_EQ(Sorted({L"3b.dwg", L"3a.dwg"}), (CStringArray{L"3a.dwg", L"3b.dwg"}));
+    // Only the last dot starts the extension.
+    EXPECT_EQ(Sorted({L"KM.1.10.dwg", L"KM.1.9.dwg", L"KM.1.dwg"}),
+              (CStringArray{L"KM.1.dwg", L"KM.1.9.dwg", L"KM.1.10.dwg"}));
     EXPECT_EQ(Sorted({L"KM10.dwg", L"sub2\\x.dwg", L"KM9.dwg", L"sub10\\a.dwg", L"Sub2\\b\\c.dwg",
                       L"sub2\\a.dwg"}),
               (CStringArray{L"KM9.dwg", L"KM10.dwg", L"sub2\\a.dwg", L"sub2\\x.dwg",

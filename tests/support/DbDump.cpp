@@ -4,6 +4,7 @@
 #include "base/StrUtil.h"
 
 #include <cstdio>
+#include <unordered_set>
 
 namespace {
 
@@ -225,9 +226,18 @@ void Entity(CJson& j, const AcDbEntity& e) {
     }
 }
 
+// The objects dumped so far: one met again (shared, or inside itself) is named, not dumped again.
+std::unordered_set<const AcDbObject*> g_seen;
+
 void Object(CJson& j, AcDbObjectId id) {
     AcDbObject* p = InPlace<AcDbObject>(id);
     j.Raw("{");
+    if (!g_seen.insert(p).second) {
+        j.Key("again");
+        j.Str(id.handle().text());
+        j.Raw("}");
+        return;
+    }
     j.Key("handle");
     j.Str(id.handle().text());
     j.Key("type");
@@ -275,6 +285,7 @@ template <class T> void Names(CJson& j, const char* key, AcDbObjectId tableId, a
 } // namespace
 
 std::string DumpDatabase(AcDbDatabase& db) {
+    g_seen.clear();
     CJson j;
     j.Raw("{");
     j.Key("insbase");

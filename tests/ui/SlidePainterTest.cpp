@@ -62,6 +62,21 @@ TEST(SlidePainter, UsesTheIndexPaletteWithWhiteTurningBlackOnLightCells) {
     EXPECT_EQ(cell.GetPixel(0, 10), RGB(0, 0, 0));
 }
 
+TEST(SlidePainter, CommonEndpointRecordsAreReadFromTheFileAndDrawn) {
+    // 10 x 10, aspect 1: a red vector from (2, 5) to (0, 5), whose from point
+    // two common-endpoint records continue to (6, 5) and on to (10, 5).
+    std::string bytes("AutoCAD Slide\r\n\x1a\0\x56\x02\x0a\0\x0a\0\x80\x96\x98\0\0\0\x34\x12", 31);
+    bytes += std::string("\x01\xff\x02\0\x05\0\0\0\x05\0", 10);
+    bytes += std::string("\x04\xfe\0\x04\xfe\0\0\xfc", 8);
+    CTempDir dir;
+    WriteBytes(dir / L"common.sld", bytes);
+    CImageSurface cell(11, 11, kGrey);
+    ASSERT_TRUE(PaintSlideFile(cell, dir / L"common.sld", kGrey));
+    for (int x = 0; x <= 10; ++x)
+        EXPECT_EQ(cell.GetPixel(x, 5), RGB(255, 0, 0)) << x;
+    EXPECT_EQ(cell.GetPixel(5, 4), kGrey);
+}
+
 TEST(SlidePainter, BadOrMissingSlidesPaintTheBackgroundOnly) {
     CTempDir dir;
     std::string good = WriteSlide(KnownSlide());

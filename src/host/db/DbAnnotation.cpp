@@ -4,6 +4,7 @@
 #include "host/db/DbDatabase.h"
 #include "host/db/DbSymbolTable.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <string>
@@ -137,13 +138,55 @@ Acad::ErrorStatus AcDbBlockReference::explode(std::vector<AcDbEntity*>& out) con
     return Acad::eOk;
 }
 
+namespace {
+
+// The blocks being measured on this thread, outermost first, and the entities
+// looked at: a block inside itself has no extents, and a damaged file whose
+// nesting multiplies the work stops at a budget instead of running for ever.
+struct EXTENTS_WALK {
+    std::vector<const AcDbBlockTableRecord*> path;
+    size_t nVisits = 0;
+};
+thread_local EXTENTS_WALK t_walk;
+constexpr size_t kMaxExtentsVisits = 4'000'000;
+constexpr size_t kMaxExtentsDepth = 64;
+
+class CExtentsStep {
+public:
+    explicit CExtentsStep(const AcDbBlockTableRecord* pRec) {
+        if (t_walk.path.empty())
+            t_walk.nVisits = 0;
+        m_bRefused = t_walk.path.size() >= kMaxExtentsDepth ||
+                     std::find(t_walk.path.begin(), t_walk.path.end(), pRec) != t_walk.path.end();
+        if (!m_bRefused)
+            t_walk.path.push_back(pRec);
+    }
+    ~CExtentsStep() {
+        if (!m_bRefused)
+            t_walk.path.pop_back();
+    }
+    CExtentsStep(const CExtentsStep&) = delete;
+    CExtentsStep& operator=(const CExtentsStep&) = delete;
+    bool Refused() const { return m_bRefused; }
+
+private:
+    bool m_bRefused;
+};
+
+} // namespace
+
 Acad::ErrorStatus AcDbBlockReference::getGeomExtents(AcDbExtents& ext) const {
     ext = AcDbExtents();
     const AcDbBlockTableRecord* pRec = BlockOf(m_blockId);
     if (!pRec)
         return Acad::eInvalidExtents;
+    CExtentsStep step(pRec);
+    if (step.Refused())
+        return Acad::eInvalidExtents;
     AcGeMatrix3d m = blockTransform();
     for (AcDbObjectId id : pRec->entities()) {
+        if (++t_walk.nVisits > kMaxExtentsVisits)
+            return Acad::eInvalidExtents;
         if (!id.isValid() || id.isErased())
             continue;
         auto* pEnt = dynamic_cast<AcDbEntity*>(id.stub()->pObject);

@@ -73,7 +73,7 @@ public:
             return es;
         }
         if (InPlace<AcDbDictionary>(pSrc->extensionDictionary()))
-            pNew->setExtensionDictionaryRaw(CloneDictionary(pSrc->extensionDictionary(), newId));
+            pNew->setExtensionDictionaryRaw(CloneDictionary(pSrc->extensionDictionary(), newId, 0));
         if (auto* pRef = dynamic_cast<AcDbBlockReference*>(pNew))
             pRef->m_followers = Rehandled(static_cast<AcDbBlockReference*>(pSrc)->m_followers,
                                           m_dst, pNew->handle());
@@ -94,7 +94,7 @@ public:
         if (it != m_map.end())
             return it->second;
         auto* pSrc = InPlace<AcDbBlockTableRecord>(srcId);
-        if (!pSrc)
+        if (!pSrc || m_nBlockDepth >= kMaxDepth)
             return AcDbObjectId();
         AcDbObjectId existing;
         if (!pSrc->isAnonymous() && FindName(m_dst.blockTableId(), pSrc->name(), existing)) {
@@ -107,8 +107,10 @@ public:
         AcDbObjectId newId = AddRecord(m_dst.blockTableId(), pNew);
         if (newId.isNull())
             return newId;
-        m_map[srcId.stub()] = newId;
+        m_map[srcId.stub()] = newId; // before the contents: a block inside itself finds it
+        ++m_nBlockDepth;
         CloneContents(*pSrc, newId);
+        --m_nBlockDepth;
         return newId;
     }
 
@@ -124,26 +126,39 @@ public:
         }
     }
 
-    // Copies a dictionary with everything it holds, owned by ownerId.
-    AcDbObjectId CloneDictionary(AcDbObjectId srcId, AcDbObjectId ownerId) {
+    // Copies a dictionary with everything it holds, owned by ownerId. Each
+    // object is copied once: one shared by several owners, or one that holds
+    // itself, maps to its first copy.
+    AcDbObjectId CloneDictionary(AcDbObjectId srcId, AcDbObjectId ownerId, int nDepth) {
+        if (auto it = m_map.find(srcId.stub()); it != m_map.end())
+            return it->second;
         auto* pSrc = InPlace<AcDbDictionary>(srcId);
+        if (!pSrc || nDepth >= kMaxDepth)
+            return AcDbObjectId();
         auto* pNew = static_cast<AcDbDictionary*>(pSrc->clone());
         AcDbObjectId newId;
         m_dst.addAcDbObject(newId, pNew);
         pNew->setOwnerId(ownerId);
+        m_map[srcId.stub()] = newId;
         for (const auto& [key, id] : pSrc->entries()) {
             AcDbObject* pChild = InPlace<AcDbObject>(id);
-            if (!pChild)
+            if (!pChild || dynamic_cast<AcDbSymbolTable*>(pChild))
                 continue;
             AcDbObjectId childId;
+            if (auto it = m_map.find(id.stub()); it != m_map.end()) {
+                pNew->appendRaw(key, it->second); // copied already: named, not copied again
+                continue;
+            }
             if (dynamic_cast<AcDbDictionary*>(pChild)) {
-                childId = CloneDictionary(id, newId);
+                childId = CloneDictionary(id, newId, nDepth + 1);
             } else {
                 AcDbObject* pCopy = pChild->clone();
                 m_dst.addAcDbObject(childId, pCopy);
                 pCopy->setOwnerId(newId);
                 pCopy->close();
             }
+            if (childId.isNull())
+                continue;
             pNew->appendRaw(key, childId);
             Map(id, childId);
         }
@@ -245,6 +260,9 @@ private:
         return id;
     }
 
+    // Nesting deeper than any drawing needs is a damaged file, not a reason to overflow the stack.
+    static constexpr int kMaxDepth = 64;
+    int m_nBlockDepth = 0;
     friend class AcDbDatabase;
     AcDbDatabase& m_src;
     AcDbDatabase& m_dst;
@@ -313,7 +331,7 @@ Acad::ErrorStatus AcDbDatabase::wblock(AcDbDatabase*& pOutput) {
     if (pNod && pOutput->getNamedObjectsDictionary(pOutNod, AcDb::kForWrite) == Acad::eOk) {
         for (const auto& [key, id] : pNod->entries())
             if (!pOutNod->has(key) && InPlace<AcDbDictionary>(id))
-                pOutNod->appendRaw(key, cloner.CloneDictionary(id, pOutput->m_nodId));
+                pOutNod->appendRaw(key, cloner.CloneDictionary(id, pOutput->m_nodId, 0));
         pOutNod->close();
     }
     cloner.TranslateHandles();

@@ -124,6 +124,12 @@ public:
     const std::wstring& codePage() const { return m_strCodePage; }
     void setCodePage(const std::wstring& s) { m_strCodePage = s; }
 
+    // What a file held that the database does not interpret, written back as
+    // it came: header variables (each from its group 9 on, in file order) and
+    // the class definitions (each from its group 0 on).
+    std::vector<DXF_TAG> m_keptHeader;
+    std::vector<DXF_TAG> m_keptClasses;
+
     // The preview picture (a device-independent bitmap), kept with the drawing.
     const std::vector<uint8_t>& thumbnailBitmap() const { return m_thumbnail; }
     Acad::ErrorStatus setThumbnailBitmap(const std::vector<uint8_t>& bitmap);

@@ -39,6 +39,8 @@ public:
     // Every entry with erased ones, for the codec and deep cloning.
     const std::vector<std::pair<std::wstring, AcDbObjectId>>& entries() const { return m_entries; }
     void appendRaw(const std::wstring& key, AcDbObjectId id) { m_entries.emplace_back(key, id); }
+    // Drops the entry at an index of entries(), open or not (the file reader's repair).
+    void removeRawAt(size_t i) { m_entries.erase(m_entries.begin() + static_cast<long>(i)); }
     int cloningFlag = 1;    // group 281: what a deep clone does with a duplicate key
     bool hardOwner = false; // group 280
 

@@ -20,6 +20,9 @@ public:
     Acad::ErrorStatus setName(const std::wstring& name);
     void setNameRaw(const std::wstring& name) { m_strName = name; }
     int m_nFlags = 0; // group 70 bits the database does not interpret
+    // The record's groups from a file that the database does not interpret,
+    // in file order, written back as they came (a foreign drawing's settings).
+    std::vector<DXF_TAG> m_keptTags;
 
 protected:
     virtual bool acceptsStarNames() const { return false; }

@@ -85,7 +85,7 @@ bool WriteTextFile(std::wstring strPath, std::wstring strText) {
     if (!file.Open(strPath, CTextFile::modeCreateWrite))
         return false;
     file.WriteString(strText);
-    return true;
+    return file.Close();
 }
 
 bool ReadLines(std::wstring strPath, CStringArray& lines, bool bKeepBlank) {
@@ -98,7 +98,7 @@ bool WriteLines(std::wstring strPath, const CStringArray& lines) {
         return false;
     for (const std::wstring& strLine : lines)
         file.WriteString(strLine + L"\n");
-    return true;
+    return file.Close();
 }
 
 bool CreateDirPath(std::wstring strPath) {
@@ -120,20 +120,7 @@ bool CreateDirPath(std::wstring strPath) {
 }
 
 void DeleteDirTree(std::wstring strPath) {
-    std::vector<FS_FIND_DATA> found;
-    FsFind(JoinPath(strPath, L"*.*"), found);
-    for (const FS_FIND_DATA& entry : found) {
-        std::wstring strEntry = JoinPath(strPath, entry.strName);
-        if (entry.bDirectory) {
-            if (entry.strName != L"." && entry.strName != L"..")
-                DeleteDirTree(strEntry);
-            continue;
-        }
-        FsSetNormalAttributes(strEntry);
-        FsDeleteFile(strEntry);
-    }
-    FsSetNormalAttributes(strPath);
-    FsRemoveDirectory(strPath);
+    FsDeleteTree(strPath);
 }
 
 bool IsFileOpenElsewhere(std::wstring strPath) {
@@ -155,7 +142,7 @@ void CollectFiles(std::wstring strDir, std::wstring strExt, CStringArray& files,
         return;
     FsFind(JoinPath(strDir, L"*.*"), found);
     for (const FS_FIND_DATA& entry : found)
-        if (entry.bDirectory && entry.strName != L"." && entry.strName != L"..")
+        if (entry.bDirectory && !entry.bLink && entry.strName != L"." && entry.strName != L"..")
             CollectFiles(JoinPath(strDir, entry.strName), strExt, files, true);
 }
 
@@ -167,7 +154,7 @@ void CollectDirs(std::wstring strDir, CStringArray& dirs) {
             continue;
         std::wstring strSub = JoinPath(strDir, entry.strName);
         dirs.push_back(strSub);
-        if (entry.strName != L"." && entry.strName != L"..")
+        if (!entry.bLink && entry.strName != L"." && entry.strName != L"..")
             CollectDirs(strSub, dirs);
     }
 }

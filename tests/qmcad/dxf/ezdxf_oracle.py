@@ -204,8 +204,44 @@ def through_ours():
 
 
 
+# What a version change may alter, and the time stamps ezdxf itself sets when it loads a file;
+# everything else of a foreign drawing's settings must stay.
+VERSION_VARIABLES = {"$ACADVER", "$ACADMAINTVER", "$DWGCODEPAGE", "$HANDSEED", "$TDCREATE",
+                     "$TDUCREATE", "$TDUPDATE", "$TDUUPDATE", "$TDINDWG", "$TDUSRTIMER"}
+
+
+def foreign_settings_survive():
+    """ezdxf-made R2000, R2010 and R2018 drawings saved by us keep their header variables
+    and every field of their dimension styles (an arch-tick arrow stays an arch tick)."""
+    seeds = os.path.join(os.path.dirname(__file__), "..", "..", "data", "fuzz", "dxf")
+    for version in ("r2000", "r2010", "r2018"):
+        src = os.path.join(seeds, f"ezdxf_{version}.dxf")
+        out = os.path.join(WORK, f"foreign_{version}.dwg")
+        subprocess.run([TOOL, "copy", src, out], check=True)
+        a, b = ezdxf.readfile(src), ezdxf.readfile(out)
+        audit(b, f"foreign {version}")
+        for name in a.header.varnames():
+            if name in VERSION_VARIABLES:
+                continue
+            got = b.header.get(name)
+            check(f"{version} header {name}", str(got), str(a.header[name]))
+        for style in a.dimstyles:
+            mine = b.dimstyles.get(style.dxf.name) if b.dimstyles.has_entry(style.dxf.name) else None
+            if mine is None:
+                failures.append(f"{version} dimstyle {style.dxf.name} lost")
+                continue
+            theirs, ours = style.dxfattribs(), mine.dxfattribs()
+            for key, value in theirs.items():
+                attrib = style.DXFATTRIBS.get(key)
+                newer = attrib is not None and attrib.dxfversion and attrib.dxfversion > "AC1015"
+                if key not in ("handle", "owner") and not newer:
+                    check(f"{version} dimstyle {style.dxf.name}.{key}", ours.get(key), value)
+        check(f"{version} ticks", b.dimstyles.get("TICKS").dxf.dimblk, "_ARCHTICK")
+
+
 ours_to_ezdxf()
 through_ours()
+foreign_settings_survive()
 ezdxf_to_ours("R2000", "gbk", "ezdxf_gbk.dwg")
 ezdxf_to_ours("R2018", None, "ezdxf_utf8.dwg")
 for f in failures:

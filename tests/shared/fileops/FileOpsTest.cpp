@@ -114,6 +114,23 @@ TEST(FileOps, CollectFilesAndDirs) {
     CStringArray dirs;
     CollectDirs(dir / L"lib", dirs);
     EXPECT_EQ(dirs.size(), 8u); // s1, s2 and the dots entries of lib, s1 and s2
+
+    // Links to directories are listed, never walked into: a loop ends, and
+    // what lies outside the library stays out of it.
+    ASSERT_TRUE(CreateDirPath(dir / L"outside"));
+    WriteBytes(dir / L"outside\c.dwg", "x");
+    std::string os = dir.OsPath();
+    ASSERT_EQ(::symlink((os + "lib").c_str(), (os + "lib/s1/loop").c_str()), 0);
+    ASSERT_EQ(::symlink((os + "outside").c_str(), (os + "lib/out").c_str()), 0);
+    files.clear();
+    CollectFiles(dir / L"lib", L"dwg", files, true);
+    EXPECT_EQ(files.size(), 2u);
+    dirs.clear();
+    CollectDirs(dir / L"lib", dirs);
+    EXPECT_EQ(dirs.size(), 10u);
+    DeleteDirTree(dir / L"lib");
+    EXPECT_FALSE(IsDirExist(dir / L"lib"));
+    EXPECT_EQ(ReadBytes(dir / L"outside\c.dwg"), "x");
 }
 
 TEST(FileOps, ShowLastErrorUsesItsOwnCaption) {
