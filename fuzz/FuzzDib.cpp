@@ -2,7 +2,7 @@
 #include "FuzzSupport.h"
 
 #include "ui/DibPainter.h"
-#include "ui/ImageSurface.h"
+#include "base/ImageSurface.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (size < 2)

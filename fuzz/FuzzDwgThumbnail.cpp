@@ -3,7 +3,7 @@
 
 #include "ui/DibPainter.h"
 #include "ui/DwgThumbnail.h"
-#include "ui/ImageSurface.h"
+#include "base/ImageSurface.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     HDIB hDib = ReadDwgThumbnail(FuzzFile(L"input.dwg", data, size));

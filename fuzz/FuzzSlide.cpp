@@ -1,7 +1,7 @@
 // Slide files: read in both byte orders and the old header; what was read writes and reads back.
 #include "FuzzSupport.h"
 
-#include "ui/SlideFile.h"
+#include "base/SlideFile.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     CSlide slide;

@@ -2,7 +2,7 @@
 #include "base/FileSystem.h"
 #include "base/SysPath.h"
 #include "dxf/DxfWriter.h"
-#include "ui/SlideFile.h"
+#include "base/SlideFile.h"
 
 #include "PreviewBuilders.h"
 #include "SampleDrawing.h"
