@@ -1,5 +1,6 @@
 // Cut plates for the workshop: the STEP solid read back by the kernel and the flat DXF read by
 // python3-ezdxf, both at real size with the cutouts out.
+#include "DbBuilders.h"
 #include "EditorTestHost.h"
 
 #include "base/SysPath.h"
@@ -18,23 +19,13 @@
 
 namespace {
 
-AcDbObjectId Append(AcDbDatabase* pDb, AcDbEntity* pEnt) {
-    AcDbBlockTableRecord* pSpace = nullptr;
-    acdbOpenObject(pSpace, pDb->modelSpaceId(), AcDb::kForWrite);
-    AcDbObjectId id;
-    pSpace->appendAcDbEntity(id, pEnt);
-    pEnt->close();
-    pSpace->close();
-    return id;
-}
-
 AcDbObjectId AddBox(AcDbDatabase* pDb, double x0, double y0, double z0, double x1, double y1,
                     double z1) {
     auto* pSolid = new AcDb3dSolid();
     EXPECT_EQ(pSolid->createBox(x1 - x0, y1 - y0, z1 - z0), Acad::eOk);
     pSolid->transformBy(
         AcGeMatrix3d::translation(AcGeVector3d((x0 + x1) / 2, (y0 + y1) / 2, (z0 + z1) / 2)));
-    return Append(pDb, pSolid);
+    return AppendToModelSpace(*pDb, pSolid);
 }
 
 AcDbObjectId AddCylinder(AcDbDatabase* pDb, double x, double y, double r) {
@@ -46,7 +37,7 @@ AcDbObjectId AddCylinder(AcDbDatabase* pDb, double x, double y, double r) {
     EXPECT_TRUE(GetOcctModeler().Extrude({circle}, 10.0, body));
     auto* pSolid = new AcDb3dSolid();
     pSolid->setBody(body);
-    return Append(pDb, pSolid);
+    return AppendToModelSpace(*pDb, pSolid);
 }
 
 void MarkPanel(AcDbDatabase* pDb, AcDbObjectId id, const wchar_t* pszSizes) {

@@ -1,4 +1,5 @@
 // Solids made and cut by the editor's commands, measured by the kernel and kept through a file.
+#include "DbBuilders.h"
 #include "EditorTestHost.h"
 #include "TestData.h"
 
@@ -30,16 +31,6 @@ double VolumeOf(AcDbObjectId id) {
     acdbWithObject<AcDb3dSolid>(
         id, [&](const AcDb3dSolid& s) { GetOcctModeler().MassProperties(s.body(), props); });
     return props.dVolume;
-}
-
-AcDbObjectId Append(AcDbDatabase* pDb, AcDbEntity* pEnt) {
-    AcDbBlockTableRecord* pSpace = nullptr;
-    acdbOpenObject(pSpace, pDb->modelSpaceId(), AcDb::kForWrite);
-    AcDbObjectId id;
-    pSpace->appendAcDbEntity(id, pEnt);
-    pEnt->close();
-    pSpace->close();
-    return id;
 }
 
 std::wstring Hex(AcDbObjectId id) {
@@ -84,13 +75,13 @@ AcDbPolyline* Rectangle(double x, double y, double w, double h) {
 // square cutouts through it; returns the expected volume after the cut.
 double BuildCutPanel(CEditorHost& ed, AcDbObjectId& panel, std::vector<std::wstring>& cutouts) {
     AcDbDatabase* pDb = ed.Db();
-    AcDbObjectId outline = Append(pDb, Rectangle(0, 0, 600, 800));
+    AcDbObjectId outline = AppendToModelSpace(*pDb, Rectangle(0, 0, 600, 800));
     EXPECT_EQ(ed.Command({L"_extrude", Hex(outline), L"", L"-2"}), RTNORM);
     panel = SolidsOf(pDb).back();
     double volume = 600.0 * 800 * 2;
     for (int i = 0; i < 10; ++i) {
         auto* pCircle = new AcDbCircle(AcGePoint3d(40 + 55 * i, 100, 1), 5 + i);
-        AcDbObjectId circle = Append(pDb, pCircle);
+        AcDbObjectId circle = AppendToModelSpace(*pDb, pCircle);
         EXPECT_EQ(ed.Command({L"_extrude", Hex(circle), L"", L"-5"}), RTNORM);
         cutouts.push_back(Hex(SolidsOf(pDb).back()));
         volume -= std::numbers::pi * (5 + i) * (5 + i) * 2;
@@ -111,7 +102,7 @@ TEST(SolidCommands, PanelLessTwentyCutoutsHasTheExactVolumeAndKeepsItThroughTheF
     std::vector<std::wstring> cutouts;
     double expected = BuildCutPanel(ed, panel, cutouts);
     // The profile is gone (DELOBJ 1); the cutouts go in with a line that isn't a solid.
-    AcDbObjectId line = Append(ed.Db(), new AcDbLine({0, 0, 0}, {1, 1, 0}));
+    AcDbObjectId line = AppendToModelSpace(*ed.Db(), new AcDbLine({0, 0, 0}, {1, 1, 0}));
     std::vector<std::wstring> words{L"_subtract", Hex(panel), L""};
     words.insert(words.end(), cutouts.begin(), cutouts.end());
     words.push_back(Hex(line));
@@ -144,7 +135,7 @@ TEST(SolidCommands, SubtractWithAnEmptySecondSelectionOrAFailingCutLeavesThePane
     EXPECT_EQ(ed.Command({L"_subtract", Hex(panel), L"", L""}), RTNORM);
     EXPECT_NEAR(VolumeOf(panel), 20000, 1e-6);
     // Nothing but non-solids in the first selection: an error, nothing changed.
-    AcDbObjectId line = Append(ed.Db(), new AcDbLine({0, 0, 0}, {1, 1, 0}));
+    AcDbObjectId line = AppendToModelSpace(*ed.Db(), new AcDbLine({0, 0, 0}, {1, 1, 0}));
     EXPECT_NE(ed.Command({L"_subtract", Hex(line), L"", Hex(panel), L""}), RTNORM);
     EXPECT_NEAR(VolumeOf(panel), 20000, 1e-6);
     // Bad sizes: a message and an error code, no solid.

@@ -1,4 +1,5 @@
 // What the view commands show: slides of a known drawing, views and zooms, shading, the grid.
+#include "DbBuilders.h"
 #include "EditorTestHost.h"
 #include "TestData.h"
 
@@ -13,16 +14,6 @@
 
 namespace {
 
-AcDbObjectId Append(AcDbDatabase* pDb, AcDbEntity* pEnt) {
-    AcDbBlockTableRecord* pSpace = nullptr;
-    acdbOpenObject(pSpace, pDb->modelSpaceId(), AcDb::kForWrite);
-    AcDbObjectId id;
-    pSpace->appendAcDbEntity(id, pEnt);
-    pEnt->close();
-    pSpace->close();
-    return id;
-}
-
 // A panel outline with a text, a red circle and a cut solid under it.
 void BuildKnownDrawing(CEditorHost& ed) {
     AcDbDatabase* pDb = ed.Db();
@@ -30,15 +21,15 @@ void BuildKnownDrawing(CEditorHost& ed) {
     for (auto [x, y] : {std::pair{0.0, 0.0}, {200.0, 0.0}, {200.0, 120.0}, {0.0, 120.0}})
         pPoly->addVertexAt(pPoly->numVerts(), {x, y});
     pPoly->setClosed(true);
-    Append(pDb, pPoly);
+    AppendToModelSpace(*pDb, pPoly);
     auto* pCircle = new AcDbCircle({150, 60, 0}, 20);
     pCircle->setColorIndex(1);
-    Append(pDb, pCircle);
+    AppendToModelSpace(*pDb, pCircle);
     auto* pText = new AcDbText;
     pText->setTextString(L"面板 A1-Φ22.5");
     pText->setPosition({10, 100, 0});
     pText->setHeight(8);
-    Append(pDb, pText);
+    AppendToModelSpace(*pDb, pText);
     ed.Command({L"BOX", L"20,20", L"L", L"80", L"50", L"-2"});
     ed.Command({L"BOX", L"40,30", L"L", L"20", L"20", L"-5"});
     AcDbObjectIdArray solids;
