@@ -7,12 +7,13 @@
 #include "dwg/DwgCodec.h"
 #include "editor/EditorHost.h"
 #include "ftp/CurlFtpClient.h"
-#include "solid/OcctModeler.h"
-#include "solid/PanelExport.h"
 #include "gui/GuiUi.h"
 #include "gui/MainWindow.h"
 #include "gui/Screenshots.h"
+#include "solid/OcctModeler.h"
+#include "solid/PanelExport.h"
 #include "suite/SuiteConfig.h"
+#include "suite/SuiteDoubleClick.h"
 #include "suite/SuiteLabelNames.h"
 #include "suite/SuiteMainLib.h"
 
@@ -43,7 +44,8 @@ struct OPTIONS {
 
 int Usage() {
     std::fputs("usage: qmcad [--console] [--demo DIR] [--config FILE] [--script FILE] "
-               "[--module PATH] [--screenshots DIR] [FILE.dwg]\n       qmcad --export-panels DRAWING DIR\n",
+               "[--module PATH] [--screenshots DIR] [FILE.dwg]\n       qmcad --export-panels "
+               "DRAWING DIR\n",
                stderr);
     return 2;
 }
@@ -210,6 +212,12 @@ int main(int argc, char** argv) {
     services.pLabelNames = &labelNames;
     CSuiteMainLib mainLib(config);
     services.pMainLib = &mainLib;
+    CSuiteDoubleClick doubleClick;
+    services.pDoubleClick = &doubleClick;
+    if (pWindow)
+        pWindow->m_onEntityDoubleClick = [&](AcDbObjectId id) {
+            return doubleClick.CommandFor(id);
+        };
     SetHostServices(services);
     OpenStartDocument(editor, ui, opt.strOpen);
     PrintDemoSummary(config);

@@ -324,6 +324,9 @@ void CDrawingView::mouseDoubleClickEvent(QMouseEvent* pEvent) {
         ZoomExtents();
         return;
     }
+    if (pEvent->button() == Qt::LeftButton && m_onDoubleClick &&
+        m_onDoubleClick(ToWorld(pEvent->position())))
+        return;
     mousePressEvent(pEvent);
 }
 

@@ -58,6 +58,8 @@ public:
     // Object snap to ends, middles and centres while points are asked (F3 toggles).
     bool m_bSnapOn = true;
     std::function<void()> m_onModesChanged;
+    // A left double-click at a model point; true when it started something and is used up.
+    std::function<bool(const AcGePoint3d& pt)> m_onDoubleClick;
     void SetGridSpacing(double d) { m_dGridSpacing = d; }
 
 protected:

@@ -115,6 +115,17 @@ void CMainWindow::ConnectView() {
             pInput->insert(pEvent->text());
     };
     m_pView->m_onModesChanged = [this] { UpdateStatusWords(); };
+    // At the command prompt a double-click on an entity starts its editing command.
+    m_pView->m_onDoubleClick = [this](const AcGePoint3d& pt) {
+        AcDbObjectId id;
+        if (!m_onEntityDoubleClick || !IsIdle() || !m_pView->PickAt(pt, id))
+            return false;
+        std::wstring strCommand = m_onEntityDoubleClick(id);
+        if (strCommand.empty())
+            return false;
+        Post(strCommand);
+        return true;
+    };
     QObject::connect(m_pTabs, &QTabBar::currentChanged, this,
                      [this](int nIndex) { OnTabClicked(nIndex); });
 }

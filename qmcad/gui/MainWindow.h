@@ -8,6 +8,8 @@
 
 #include <QMainWindow>
 
+#include <functional>
+
 #include <map>
 #include <memory>
 #include <vector>
@@ -27,6 +29,8 @@ public:
 
     CDrawingView* View() { return m_pView; }
     CCommandLinePane* CommandLine() { return m_pCommandLine; }
+    // The command a double-click on an entity starts (the suite's broker); empty for none.
+    std::function<std::wstring(AcDbObjectId id)> m_onEntityDoubleClick;
     // Reads the editor's input from the command line and the mouse.
     CEditorHost::LINE_READ Read(std::wstring& strLine) { return m_pCommandLine->Read(strLine); }
     // Brings tabs, view, title and status words up to date with the editor.

@@ -12,6 +12,7 @@ class IHostUi;
 class ISuiteInstallPaths;
 class ISuiteLabelNames;
 class ISuiteMainLib;
+class ISuiteDoubleClick;
 
 // Plain pointers owned by the host; a null entry is a service the host
 // does not offer, and every call through it fails plainly.
@@ -27,6 +28,7 @@ struct HOST_SERVICES {
     ISuiteLabelNames* pLabelNames = nullptr;
     IDrawingPreview* pDrawingPreview = nullptr;
     ISuiteMainLib* pMainLib = nullptr;
+    ISuiteDoubleClick* pDoubleClick = nullptr;
 };
 
 // The host sets the table before the module's first command and clears it

@@ -10,6 +10,7 @@
 #include "host/HostEditor.h"
 #include "host/HostInput.h"
 #include "host/HostUi.h"
+#include "host/SuiteDoubleClick.h"
 #include "panel/DlgDrawPanel.h"
 #include "panel/HoleDimension.h"
 #include "panel/HolePlacement.h"
@@ -204,7 +205,16 @@ void RebuildPanel(AcDbDatabase* pDb, const AcGePoint3d& ptOld, const CDlgDrawPan
 
 void EditPanel() {
     AcDbDatabase* pDb = WorkingDb();
-    AcDbObjectId idPanel = PickPanel();
+    AcDbObjectId idPanel;
+    std::wstring strHandle;
+    if (TzStDblClick(5, strHandle) == 1) {
+        // Started by a double-click: that entity, and nothing happens unless it is a panel.
+        if (pDb->getAcDbObjectId(idPanel, false, AcDbHandle(strHandle.c_str())) != Acad::eOk ||
+            !IsPanelSolid(idPanel))
+            return;
+    } else {
+        idPanel = PickPanel();
+    }
     if (idPanel.isNull())
         return;
     AcDbEntity* pPanel = nullptr;

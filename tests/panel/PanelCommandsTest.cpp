@@ -6,47 +6,20 @@
 #include "drawingdata/DrawingRecords.h"
 #include "drawingdata/ModelSpace.h"
 #include "drawingdata/Records.h"
+#include "host/HostServices.h"
 #include "host/db/AcDb.h"
 #include "panel/DlgDrawPanel.h"
 #include "panel/PanelRecord.h"
 #include "solid/OcctModeler.h"
+#include "suite/SuiteDoubleClick.h"
 
 #include "DbBuilders.h"
 #include "EditorTestHost.h"
+#include "TypingPanelView.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-
-// A window that types the sizes and presses OK.
-class CTypingPanelView : public IDlgDrawPanelView {
-public:
-    void UpdateData(CDlgDrawPanel& dlg, bool bSave) override {
-        if (!bSave)
-            return;
-        dlg.m_strWidth = m_strW;
-        dlg.m_strHeight = m_strH;
-        dlg.m_strThick = m_strT;
-        dlg.m_nAxisY = m_nAxisY;
-    }
-    void SetTitle(const std::wstring& s) override { m_strTitle = s; }
-    void SetScaleList(const CStringArray&) override {}
-    void SetScaleText(const std::wstring& s) override { m_strScale = s; }
-    std::wstring GetScaleText() override { return m_strScale; }
-    int GetListClientWidth() override { return 100; }
-    void SetListHeading(const std::wstring&) override {}
-    void SetListRows(const CStringArray&) override {}
-    std::vector<int> GetSelectedRows() override { return {}; }
-    void FocusField(int) override {}
-    void BeginEditorCommand() override {}
-    void MakeDialogsVisible() override {}
-    bool RunRecordEditor(CDlnDictionaryAdd&) override { return false; }
-    void EndDialog(int) override {}
-
-    std::wstring m_strW = L"1000", m_strH = L"600", m_strT = L"2", m_strScale = L"1:10";
-    std::wstring m_strTitle, m_strShownThick;
-    int m_nAxisY = 1;
-};
 
 struct PanelCommandsFixture : ::testing::Test {
     void SetUp() override {
@@ -256,4 +229,19 @@ TEST_F(PanelCommandsFixture, DimHoleSnapsToTheEdgeAndSquaresUpOnTheDimLayer) {
     EXPECT_NEAR(pDim->xLine2Point().x, 105.0, 1e-6);
     pDim->close();
     EXPECT_FALSE(idPanel.isErased());
+}
+
+TEST_F(PanelCommandsFixture, ADoubleClickedEntityThatIsNoPanelEndsEditPanelWithoutAWord) {
+    CSuiteDoubleClick broker;
+    HOST_SERVICES services = GetHostServices();
+    services.pDoubleClick = &broker;
+    SetHostServices(services);
+    AcDbObjectId idLine =
+        AppendToModelSpace(*Db(), new AcDbLine(AcGePoint3d(0, 0, 0), AcGePoint3d(5, 5, 0)));
+    broker.Arm(idLine.handle().text());
+    size_t nPrinted = host.m_strPrinted.size();
+    EditPanel();
+    EXPECT_EQ(view.m_strTitle, L"");               // no dialog
+    EXPECT_EQ(host.m_strPrinted.size(), nPrinted); // no pick asked
+    EXPECT_FALSE(idLine.isErased());
 }
