@@ -87,7 +87,9 @@ std::vector<PANEL> CollectPanels(AcDbDatabase& db, std::vector<std::wstring>& li
         PANEL panel;
         panel.id = id;
         double dRealX = 0, dRealY = 0;
-        bool bPanel = pSolid->xData(kPanelApp) != nullptr;
+        resbuf* pRecord = pSolid->xData(kPanelApp);
+        bool bPanel = pRecord != nullptr;
+        acutRelRb(pRecord);
         bool bShape = ParseBody(pSolid->body(), panel.plate) &&
                       pSolid->getGeomExtents(panel.ext) == Acad::eOk;
         if (bPanel && bShape && PanelRealSize(*pSolid, dRealX, dRealY)) {

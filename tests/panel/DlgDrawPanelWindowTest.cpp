@@ -35,19 +35,11 @@ QPushButton* Button(QDialog* pDlg, const QString& strText) {
     return nullptr;
 }
 
-// Runs the steps one after another once the dialog is up, each after the events settle.
+// Runs the steps one after another once the dialog is up, in the order they were given.
 void Script(std::vector<std::function<void(QDialog*)>> steps) {
     auto pSteps = std::make_shared<std::vector<std::function<void(QDialog*)>>>(std::move(steps));
-    auto pNext = std::make_shared<std::function<void(size_t)>>();
-    *pNext = [pSteps, pNext](size_t i) {
-        if (i >= pSteps->size())
-            return;
-        QTimer::singleShot(0, [pSteps, pNext, i] {
-            (*pSteps)[i](OpenDialog());
-            (*pNext)(i + 1);
-        });
-    };
-    (*pNext)(0);
+    for (size_t i = 0; i < pSteps->size(); ++i)
+        QTimer::singleShot(static_cast<int>(i) * 20, [pSteps, i] { (*pSteps)[i](OpenDialog()); });
 }
 
 struct PanelWindowFixture : ::testing::Test {
@@ -76,7 +68,7 @@ TEST_F(PanelWindowFixture, TypedSizesGoThroughTheRefusalsToOk) {
             [&](QDialog* p) {
                 ASSERT_NE(p, nullptr); // refused: still open
                 auto edits = p->findChildren<QLineEdit*>();
-                EXPECT_EQ(QApplication::focusWidget(), edits[1]);
+                EXPECT_EQ(p->focusWidget(), edits[1]); // the window's focus, active or not
                 EXPECT_EQ(edits[1]->selectedText(), QStringLiteral("abc"));
                 edits[1]->setText(QStringLiteral("600"));
                 p->findChildren<QCheckBox*>()[1]->setChecked(false);
