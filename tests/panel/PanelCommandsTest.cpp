@@ -245,3 +245,33 @@ TEST_F(PanelCommandsFixture, ADoubleClickedEntityThatIsNoPanelEndsEditPanelWitho
     EXPECT_EQ(host.m_strPrinted.size(), nPrinted); // no pick asked
     EXPECT_FALSE(idLine.isErased());
 }
+
+TEST_F(PanelCommandsFixture, SavedInThe3dViewTheDrawingKeepsTheCutPanelAndNoUndoAfterReopening) {
+    CEditorHost& ed = host.m_editor;
+    ed.AddCommand(L"DRAWPANEL", [] {
+        DrawPanel();
+        return RTNORM;
+    });
+    ed.AddCommand(L"TZ3DVIEW", [] {
+        Tz3dView();
+        return RTNORM;
+    });
+    ed.AddCommand(L"CUTOUT", [this] {
+        AddCutout(40, 50, 50, 60);
+        return RTNORM;
+    });
+    ed.AddCommand(L"MARK", [this] {
+        AppendToModelSpace(*Db(), new AcDbLine(AcGePoint3d(500, 0, 0), AcGePoint3d(600, 0, 0)));
+        return RTNORM;
+    });
+    host.Run({L"DRAWPANEL", L"~30,40", L"", L"CUTOUT", L"MARK", L"TZ3DVIEW"});
+    double dCut = Volume(FindPanel());
+    ASSERT_NEAR(dCut, 1200 - 100 * 0.2, 1e-6);
+    std::wstring strPath = dir / L"cut.dwg";
+    ASSERT_EQ(Db()->saveAs(strPath.c_str()), Acad::eOk);
+    ASSERT_TRUE(ed.m_docs.CloseDocument(ed.m_docs.Current()));
+    ASSERT_NE(ed.m_docs.OpenDocument(strPath), nullptr);
+    EXPECT_NEAR(Volume(FindPanel()), dCut, 1e-6);
+    host.Run({L"UNDO", L""}); // the group died with the document: nothing to take back
+    EXPECT_NEAR(Volume(FindPanel()), dCut, 1e-6);
+}
