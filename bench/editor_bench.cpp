@@ -7,20 +7,14 @@
 #include "base/FileSystem.h"
 #include "base/Format.h"
 
+#include "QuietUi.h"
+
 #include <benchmark/benchmark.h>
 
 #include <cmath>
 #include <cstdlib>
 
 namespace {
-
-class CQuietUi : public IHostUi {
-public:
-    int MessageBox(const std::wstring&, const std::wstring&, unsigned) override { return 1; }
-    void Print(const std::wstring&) override {}
-    void BeginWaitCursor() override {}
-    void EndWaitCursor() override {}
-};
 
 AcDbObjectId Append(AcDbDatabase* pDb, AcDbEntity* pEnt) {
     AcDbBlockTableRecord* pSpace = nullptr;

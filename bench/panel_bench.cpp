@@ -11,6 +11,8 @@
 #include "base/FileSystem.h"
 #include "base/SysPath.h"
 
+#include "QuietUi.h"
+
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -18,17 +20,6 @@
 #include <cwchar>
 
 namespace {
-
-class CQuietUi : public IHostUi {
-public:
-    int MessageBox(const std::wstring&, const std::wstring&, unsigned) override { return 1; }
-    void Print(const std::wstring& s) override {
-        if (std::getenv("QM_BENCH_VERBOSE"))
-            std::fputws(s.c_str(), stderr);
-    }
-    void BeginWaitCursor() override {}
-    void EndWaitCursor() override {}
-};
 
 AcDbObjectId Append(AcDbDatabase* pDb, AcDbEntity* pEnt) {
     AcDbBlockTableRecord* pSpace = nullptr;

@@ -76,6 +76,28 @@ struct PanelCommandsFixture : ::testing::Test {
         return AppendToModelSpace(*Db(), pSolid);
     }
 
+    // The commands as the user runs them, each one undo step; MARK is a step of the user's
+    // own far from the panels.
+    void AddPanelCommands() {
+        CEditorHost& ed = host.m_editor;
+        ed.AddCommand(L"DRAWPANEL", [] {
+            DrawPanel();
+            return RTNORM;
+        });
+        ed.AddCommand(L"TZ3DVIEW", [] {
+            Tz3dView();
+            return RTNORM;
+        });
+        ed.AddCommand(L"TZ2DVIEW", [] {
+            Tz2dView();
+            return RTNORM;
+        });
+        ed.AddCommand(L"MARK", [this] {
+            AppendToModelSpace(*Db(), new AcDbLine(AcGePoint3d(500, 0, 0), AcGePoint3d(600, 0, 0)));
+            return RTNORM;
+        });
+    }
+
     CTempDir dir;
     CEditorTestHost host;
     CTypingPanelView view;
@@ -155,28 +177,12 @@ TEST_F(PanelCommandsFixture, EditPanelRebuildsAroundTheOldCentreWithTheRecordsAx
 }
 
 TEST_F(PanelCommandsFixture, The3dViewCutsInsideAnUndoGroupAndThePlanGivesEverythingBack) {
-    // As the user runs them: each command one undo step.
     CEditorHost& ed = host.m_editor;
-    ed.AddCommand(L"DRAWPANEL", [] {
-        DrawPanel();
-        return RTNORM;
-    });
-    ed.AddCommand(L"TZ3DVIEW", [] {
-        Tz3dView();
-        return RTNORM;
-    });
-    ed.AddCommand(L"TZ2DVIEW", [] {
-        Tz2dView();
-        return RTNORM;
-    });
+    AddPanelCommands();
     ed.AddCommand(L"CUTOUTS", [this] {
         AddCutout(40, 50, 50, 60);
         AddCutout(100, 60, 120, 90);
         AddCutout(200, 200, 210, 210); // outside: stays loose
-        return RTNORM;
-    });
-    ed.AddCommand(L"MARK", [this] {
-        AppendToModelSpace(*Db(), new AcDbLine(AcGePoint3d(500, 0, 0), AcGePoint3d(600, 0, 0)));
         return RTNORM;
     });
     ASSERT_TRUE(SetIntVar(L"GRIDMODE", 1));
@@ -248,20 +254,9 @@ TEST_F(PanelCommandsFixture, ADoubleClickedEntityThatIsNoPanelEndsEditPanelWitho
 
 TEST_F(PanelCommandsFixture, SavedInThe3dViewTheDrawingKeepsTheCutPanelAndNoUndoAfterReopening) {
     CEditorHost& ed = host.m_editor;
-    ed.AddCommand(L"DRAWPANEL", [] {
-        DrawPanel();
-        return RTNORM;
-    });
-    ed.AddCommand(L"TZ3DVIEW", [] {
-        Tz3dView();
-        return RTNORM;
-    });
+    AddPanelCommands();
     ed.AddCommand(L"CUTOUT", [this] {
         AddCutout(40, 50, 50, 60);
-        return RTNORM;
-    });
-    ed.AddCommand(L"MARK", [this] {
-        AppendToModelSpace(*Db(), new AcDbLine(AcGePoint3d(500, 0, 0), AcGePoint3d(600, 0, 0)));
         return RTNORM;
     });
     host.Run({L"DRAWPANEL", L"~30,40", L"", L"CUTOUT", L"MARK", L"TZ3DVIEW"});
