@@ -429,7 +429,7 @@ void CCircuitLibDlg::OnSlideRButtonDown(int nCell) {
         if (g_pItemOps)
             g_pItemOps->OnEnlarge(*this);
         else
-            NotAvailable(L"放大预览");
+            OnEnlarge();
     }
 }
 
@@ -560,11 +560,12 @@ void CCircuitLibDlg::NotAvailable(const wchar_t* pszWhat) {
 
 void CCircuitLibDlg::OnCommand(int nId) {
     using Handler = void (ILibItemOperations::*)(CCircuitLibDlg&);
-    auto itemOp = [this](Handler pfn, const wchar_t* pszWhat) {
+    using Own = void (CCircuitLibDlg::*)();
+    auto itemOp = [this](Handler pfn, Own pfnOwn) {
         if (g_pItemOps)
             (g_pItemOps->*pfn)(*this);
         else
-            NotAvailable(pszWhat);
+            (this->*pfnOwn)();
     };
     switch (nId) {
     case IDC_BTN_INSERT:
@@ -572,21 +573,21 @@ void CCircuitLibDlg::OnCommand(int nId) {
     case IDC_BTN_EXIT:
         return OnBtnExit();
     case IDC_BTN_NEW:
-        return itemOp(&ILibItemOperations::OnBtnNew, L"新建");
+        return itemOp(&ILibItemOperations::OnBtnNew, &CCircuitLibDlg::OnBtnNew);
     case IDC_BTN_MODIFY:
-        return itemOp(&ILibItemOperations::OnBtnModify, L"修改");
+        return itemOp(&ILibItemOperations::OnBtnModify, &CCircuitLibDlg::OnBtnModify);
     case IDC_BTN_RENAME:
-        return itemOp(&ILibItemOperations::OnBtnRename, L"更名");
+        return itemOp(&ILibItemOperations::OnBtnRename, &CCircuitLibDlg::OnBtnRename);
     case IDC_BTN_DELETE:
-        return itemOp(&ILibItemOperations::OnBtnDelete, L"删除");
+        return itemOp(&ILibItemOperations::OnBtnDelete, &CCircuitLibDlg::OnBtnDelete);
     case IDC_BTN_SAVE:
-        return itemOp(&ILibItemOperations::OnBtnSave, L"保存当前图至");
+        return itemOp(&ILibItemOperations::OnBtnSave, &CCircuitLibDlg::OnBtnSave);
     case IDM_IMPORT:
-        return itemOp(&ILibItemOperations::OnImport, L"文件导入");
+        return itemOp(&ILibItemOperations::OnImport, &CCircuitLibDlg::OnImport);
     case IDC_BTN_ENLARGE:
-        return itemOp(&ILibItemOperations::OnEnlarge, L"放大预览");
+        return itemOp(&ILibItemOperations::OnEnlarge, &CCircuitLibDlg::OnEnlarge);
     case IDC_BTN_BATCH:
-        return itemOp(&ILibItemOperations::OnBatchSlides, L"批生成SLD");
+        return itemOp(&ILibItemOperations::OnBatchSlides, &CCircuitLibDlg::OnBatchSlides);
     case IDM_LIST_REFRESH:
         return OnRefreshList();
     case IDM_DIR_NEW:

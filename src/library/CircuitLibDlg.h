@@ -15,8 +15,8 @@ struct CLibState;
 class CMyFtpConnection;
 class CCircuitLibDlg;
 
-// The item operations, the enlarged preview and the batch slides run from
-// the browser's buttons and menus but live with their own subsystems.
+// A stand-in for the item operations, the enlarged preview and the batch
+// slides: tests set one to see which operation a button or menu reaches.
 class ILibItemOperations {
 public:
     virtual ~ILibItemOperations() = default;
@@ -29,7 +29,7 @@ public:
     virtual void OnEnlarge(CCircuitLibDlg& dlg) = 0;
     virtual void OnBatchSlides(CCircuitLibDlg& dlg) = 0;
 };
-// Both browsers call the one set here; null leaves those buttons saying so.
+// Both browsers call the one set here; null runs the browser's own handlers.
 void SetLibItemOperations(ILibItemOperations* pOps);
 
 // The common gates of the item operations.
@@ -114,6 +114,18 @@ public:
     void OnDirDelete();
     void OnDirRefresh();
     void OnDirSync();
+
+    // The item operations (CircuitLibItemEdit.cpp: new and modify;
+    // CircuitLibItemOps.cpp: rename, delete, save the current drawing, import)
+    // and the slides (CircuitLibSlides.cpp: enlarge, batch run).
+    void OnBtnNew();
+    void OnBtnModify();
+    void OnBtnRename();
+    void OnBtnDelete();
+    void OnBtnSave();
+    void OnImport();
+    void OnEnlarge();
+    void OnBatchSlides();
 
     // The gates of the item operations, in their order; false ends the operation.
     bool PassGates(unsigned nGates);
