@@ -4,6 +4,7 @@
 #include "host/HostEditor.h"
 #include "library/CircuitLibDlg.h"
 #include "library/views/LibBrowserWindow.h"
+#include "library/views/SlideWindows.h"
 
 #include <QApplication>
 
@@ -12,6 +13,7 @@ namespace {
 template <class BROWSER> IModelessWindow* MakeBrowser(CLibState& state, CMyFtpConnection* pFtp) {
     if (!QApplication::instance())
         return nullptr;
+    InstallSlideViews(); // the enlarged preview and the batch run open from the browser
     auto pWindow = std::make_unique<CLibBrowserWindow>(acedGetAcadFrame());
     CLibBrowserWindow* pView = pWindow.get();
     auto* pBrowser = new BROWSER(state, pFtp, std::move(pWindow));
