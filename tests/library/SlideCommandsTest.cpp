@@ -26,8 +26,10 @@ protected:
     std::wstring Item(const std::wstring& strName) const {
         return HoleRoot() + L"按钮\\" + strName;
     }
+    // Opens the drawing zoomed in on its middle, as a person may leave it.
     bool Open(const std::wstring& strPath) {
-        return m_host.m_editor.m_docs.OpenDocument(strPath) != nullptr;
+        return m_host.m_editor.m_docs.OpenDocument(strPath) != nullptr &&
+               m_host.m_editor.Command({L"ZOOM", L"4"}) == RTNORM;
     }
     int Var(const wchar_t* pszName) {
         int nValue = -1;
