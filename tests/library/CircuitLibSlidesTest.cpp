@@ -186,19 +186,27 @@ TEST_F(CircuitLibSlidesTest, BatchCancelledHalfWayKeepsTheSlidesMadeAndFinishesT
     EXPECT_NE(m_host.m_strPrinted.find(L"已生成4个幻灯片文件, 已终止"), std::wstring::npos);
 }
 
-TEST_F(CircuitLibSlidesTest, BatchEndsAtADrawingThatCannotBeReadAndNamesIt) {
-    AddDrawings(L"按钮\\", 3);
-    WriteBytes(Path(L"按钮\\2.dwg"), "not a drawing");
+// A slide that cannot be written is reported and the run goes on; a drawing
+// that cannot be read ends it at once.
+TEST_F(CircuitLibSlidesTest, BatchNamesEveryItemLeftWithoutASlideAndEndsAtAnUnreadableDrawing) {
+    AddDrawings(L"按钮\\", 4);
+    CreateDirPath(Path(L"按钮\\1.sld")); // a directory where the slide should go
+    WriteBytes(Path(L"按钮\\3.dwg"), "not a drawing");
     SetLastDir(L"按钮");
     Open();
     m_pDlg->OnCommand(IDC_BTN_BATCH);
-    EXPECT_TRUE(FsExists(Path(L"按钮\\1.sld")));
-    EXPECT_FALSE(FsExists(Path(L"按钮\\2.sld")));
+    EXPECT_TRUE(FsIsDirectory(Path(L"按钮\\1.sld")));
+    EXPECT_TRUE(ReadSlideBounds(Path(L"按钮\\2.sld")).bRead);
     EXPECT_FALSE(FsExists(Path(L"按钮\\3.sld")));
+    EXPECT_FALSE(FsExists(Path(L"按钮\\4.sld")));
     EXPECT_FALSE(m_pView->m_bVisible); // until a command raises it
     EXPECT_EQ(g_HoleLib.bBatchRunning, 0);
+    EXPECT_EQ(Documents(), 1);
     ASSERT_EQ(m_host.m_boxes.size(), 1u);
-    EXPECT_NE(m_host.m_boxes[0].strText.find(L"\n2.dwg: 无法读取图形"), std::wstring::npos);
+    const std::wstring& strSummary = m_host.m_boxes[0].strText;
+    EXPECT_NE(strSummary.find(L"已生成1个幻灯片文件, 2个失败:"), std::wstring::npos);
+    EXPECT_NE(strSummary.find(L"\n1.dwg: 幻灯片文件未能写入"), std::wstring::npos);
+    EXPECT_NE(strSummary.find(L"\n3.dwg: 无法读取图形"), std::wstring::npos);
 }
 
 namespace {
