@@ -266,3 +266,16 @@ TEST_F(SharedSlidesTest, BatchCommitsEverySlideAndTheOtherWorkstationGetsThemOnI
     EXPECT_EQ(ReadBytes(m_site.Install(1, L"InstallHole\\批量\\20.sld")),
               m_site.SiteBytes(L"InstallHole\\批量\\20.sld"));
 }
+
+TEST_F(SharedSlidesTest, EnlargeFetchesTheDrawingAndCommitsTheSlideItMade) {
+    std::wstring strLocal = m_site.Install(0, L"InstallHole\\批量\\1.dwg");
+    WriteBytes(strLocal, "stale local copy"); // the site's drawing is fetched over it
+    Open(&m_site.On(0));
+    Select(0);
+    m_pDlg->OnCommand(IDC_BTN_ENLARGE);
+    std::wstring strSlide = m_site.Install(0, L"InstallHole\\批量\\1.sld");
+    EXPECT_EQ(CRecordingZoomInView::s_shown, std::vector<std::wstring>{strSlide});
+    EXPECT_EQ(ReadBytes(strLocal), m_site.SiteBytes(L"InstallHole\\批量\\1.dwg"));
+    EXPECT_EQ(m_site.SiteBytes(L"InstallHole\\批量\\1.sld"), ReadBytes(strSlide));
+    EXPECT_EQ(Documents(), 1);
+}
