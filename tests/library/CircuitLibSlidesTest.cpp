@@ -115,26 +115,6 @@ TEST_F(CircuitLibSlidesTest, ReadOnlyStyleEnlargeOfAnItemWithoutSlidePrintsOneLi
     EXPECT_EQ(Documents(), 1);
 }
 
-TEST_F(CircuitLibSlidesTest, BatchRefusesWithoutDocumentOrItemsAndAsksAboveTen) {
-    CreateDirPath(Path(L"空\\"));
-    AddDrawings(L"按钮\\", 11);
-    SetLastDir(L"空");
-    Open();
-    m_pDlg->OnCommand(IDC_BTN_BATCH);
-    m_host.m_answers = {IDNO};
-    m_pView->m_menuAnswers = {IDC_BTN_BATCH};
-    m_pDlg->OnRclickTree(m_pView->TreeItem(L"按钮"));
-    CDocManager& docs = m_host.m_editor.m_docs;
-    docs.CloseDocument(docs.curDocument());
-    m_pDlg->OnCommand(IDC_BTN_BATCH);
-    ASSERT_EQ(m_host.m_boxes.size(), 3u);
-    EXPECT_EQ(m_host.m_boxes[0].strText, L"选择目录中" + Path(L"空") + L"不存在DWG文件!");
-    EXPECT_EQ(m_host.m_boxes[1].strText, L"此操作可能会花费很长时间，确定执行吗？");
-    EXPECT_EQ(m_host.m_boxes[2].strText, L"请先打开或创建一副DWG文件后再执行该操作!");
-    EXPECT_EQ(SlidesIn(L"按钮\\"), 0);
-    EXPECT_TRUE(m_pView->m_bVisible);
-}
-
 TEST_F(CircuitLibSlidesTest, BatchSlidesEveryItemOfTheBranchAndRaisesTheWindowAgain) {
     AddDrawings(L"按钮\\", 8);
     AddDrawings(L"按钮\\深\\", 4);

@@ -60,22 +60,15 @@ bool CRecordingBatchView::Create(CDlgBatchSld& dlg, const std::wstring&) {
     return true;
 }
 
-void CRecordingBatchView::SetProgress(int, int, const std::wstring& strText) {
-    s_texts.push_back(strText);
-}
-
 void CRecordingBatchView::Pump() {
-    ++s_nPumps;
     if (s_onPump && m_pDlg)
         s_onPump(*m_pDlg);
 }
 
 CRecordingBatchScope::CRecordingBatchScope() {
     CRecordingBatchView::s_onPump = nullptr;
-    CRecordingBatchView::s_texts.clear();
     CRecordingBatchView::s_bCancelEnabled = true;
     CRecordingBatchView::s_nDestroyed = 0;
-    CRecordingBatchView::s_nPumps = 0;
     SetBatchSldViewFactory([] { return std::make_unique<CRecordingBatchView>(); });
 }
 

@@ -45,16 +45,14 @@ public:
 class CRecordingBatchView : public IBatchSldView {
 public:
     bool Create(CDlgBatchSld& dlg, const std::wstring& strTitle) override;
-    void SetProgress(int nDone, int nTotal, const std::wstring& strText) override;
+    void SetProgress(int, int, const std::wstring&) override {}
     void EnableCancel(bool bEnable) override { s_bCancelEnabled = bEnable; }
     void Pump() override;
     void Destroy() override { ++s_nDestroyed; }
 
     static inline std::function<void(CDlgBatchSld&)> s_onPump;
-    static inline std::vector<std::wstring> s_texts;
     static inline bool s_bCancelEnabled = true;
     static inline int s_nDestroyed = 0;
-    static inline int s_nPumps = 0;
 
 private:
     CDlgBatchSld* m_pDlg = nullptr;
