@@ -7,6 +7,7 @@
 #include "app/LibState.h"
 #include "base/FileSystem.h"
 #include "base/Format.h"
+#include "base/StrUtil.h"
 #include "base/SysPath.h"
 #include "demo/DemoInstall.h"
 #include "library/CircuitLibDlg.h"
@@ -16,6 +17,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <map>
 
 namespace {
 
@@ -109,5 +111,14 @@ int main() {
     std::printf("  per item: %.4f s, FTP calls %.1f (download, commit of the slide with the "
                 "version file)\n",
                 dShared / nShared, static_cast<double>(nCalls) / nShared);
+    std::map<std::wstring, int> calls; // by the call's name
+    for (size_t i = nCallsBefore; i < site.m_recorder.m_log.size(); ++i) {
+        const std::wstring& strLine = site.m_recorder.m_log[i];
+        ++calls[strLine.substr(0, strLine.find(L' '))];
+    }
+    std::printf("    per item by call:");
+    for (const auto& [strCall, nCount] : calls)
+        std::printf(" %s %.1f", WideToUtf8(strCall).c_str(), static_cast<double>(nCount) / nShared);
+    std::printf("\n");
     return nSlides == nItems && nOnSite == nShared ? 0 : 1;
 }
