@@ -205,3 +205,19 @@ TEST_F(SharedSlideCommandsTest, NewItemSendsItsSlideAndDrawingToTheSite) {
             return s.rfind(std::wstring(L"InstallHole\\按钮\\") + pszName + L"|", 0) == 0;
         })) << WideToUtf8(pszName);
 }
+
+TEST_F(SharedSlideCommandsTest, ShowSldMakesTheSlideLocallyAndCommitsItUnderTheItemsName) {
+    std::wstring strWorking = m_site.Install(0, L"InstallHole\\按钮\\旧图.dwg");
+    WriteRectDrawing(strWorking, 0, 0, 30, 15);
+    ASSERT_TRUE(Open(strWorking));
+    g_HoleLib.strDwgFile = Item(L"旧图.dwg"); // the library's copy has no slide
+    g_HoleLib.strWorkingFile = strWorking;
+    g_HoleLib.strSelItem = L"旧图.dwg";
+    ShowSld(Lib(&m_site.On(0)));
+    std::wstring strLocal = m_site.Install(0, L"InstallHole\\按钮\\旧图.sld");
+    EXPECT_EQ(CRecordingZoomInView::s_shown, std::vector<std::wstring>{strLocal});
+    ExpectExtentsFillTheSlide(strLocal, 2.0);
+    EXPECT_EQ(m_site.SiteBytes(L"InstallHole\\按钮\\旧图.sld"), ReadBytes(strLocal));
+    EXPECT_FALSE(IsDocumentOpen(strWorking));
+    EXPECT_FALSE(FsExists(Item(L"旧图.sld")));
+}
