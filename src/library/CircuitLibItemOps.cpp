@@ -63,19 +63,22 @@ int SaveCurrentDatabase(const std::wstring& strPath) {
 
 // Opens the file in the editor, saves it there and closes it again, so that
 // the editor writes it as its own; a new drawing keeps the editor from
-// being left without one.
+// being left without one. A drawing the user had open stays open.
 void ResaveThroughEditor(const std::wstring& strPath) {
     IAcadApplication* pApp = GetAcadApplication();
     IAcadDocuments* pDocs = pApp ? pApp->Documents() : nullptr;
     if (!pDocs)
         return;
     IAcadDocument* pDoc = pDocs->Item(strPath);
+    const bool bWasOpen = pDoc != nullptr;
     if (!pDoc)
         pDoc = pDocs->Open(strPath);
     if (!pDoc)
         return;
     pDoc->Activate();
     pDoc->SendCommand(L"QSAVE\n");
+    if (bWasOpen)
+        return;
     if (pDocs->Count() < 2)
         pDocs->Add(L"");
     pDoc->Close(false, L"");
@@ -275,10 +278,10 @@ bool CCircuitLibDlg::SaveCurrentAs(CCirNewDlg& d) {
     m_state.strWorkingFile = MakeItemPath(WithBackslash(strLocalDir), strName);
     AcDbDatabase* pCopy = nullptr;
     AcDbDatabase* pDb = acdbHostApplicationServices()->workingDatabase();
-    if (!pDb || pDb->wblock(pCopy) != Acad::eOk || !pCopy)
-        return false;
+    Acad::ErrorStatus es = pDb ? pDb->wblock(pCopy) : Acad::eInvalidInput;
     std::unique_ptr<AcDbDatabase> copy(pCopy);
-    if (SaveDatabaseToFile(copy.get(), m_state.strWorkingFile) != Acad::eOk) {
+    if (es != Acad::eOk || !copy ||
+        SaveDatabaseToFile(copy.get(), m_state.strWorkingFile) != Acad::eOk) {
         QmMessageBox(Format(L"文件%s保存失败！", m_state.strWorkingFile), MB_ICONEXCLAMATION);
         return false;
     }
