@@ -368,3 +368,35 @@ TEST_F(SharedItemOpsTest, SaveCurrentCommitsAWholeCopyAndAsksBeforeReplacing) {
     EXPECT_NE(m_site.SiteBytes(Rel(L"x.dwg")).find("CIRCLE"), std::string::npos);
     EXPECT_FALSE(FsExists(m_site.Install(0, L"Temp\\x.dwg")));
 }
+
+TEST_F(SharedItemOpsTest, LayoutItemsAreTestedUnderTheLocalRootAndRenamedOnTheSite) {
+    ASSERT_TRUE(m_site.On(0).CommitNewDir(L"LaySketch\\柜\\", L""));
+    std::wstring strItem = m_site.Install(0, L"LaySketch\\柜\\p.dwg");
+    CreateDirPath(GetParentPath(strItem));
+    WriteBytes(strItem, "layout");
+    ASSERT_TRUE(m_site.On(0).CommitFile(strItem, L"LaySketch\\柜\\p.dwg"));
+    m_host.m_strCommonRes = m_dir / L"elsewhere\\"; // the hole library's root, not this one's
+    g_LayoutLib.strRoot = m_host.m_strLocal;
+    g_LayoutLib.g_nFtpMode = 1;
+    auto pView = std::make_unique<CRecordingLibView>();
+    CRecordingLibView& view = *pView;
+    CLaySketchLibDlg dlg(g_LayoutLib, &m_site.On(0), std::move(pView));
+    ASSERT_TRUE(dlg.Create());
+    ASSERT_EQ(view.m_list, CStringArray{L"p.dwg"});
+
+    CTempDir source;
+    WriteBytes(source / L"p.dwg", "new");
+    m_files.m_answer = {source / L"p.dwg"};
+    m_host.m_answers = {IDNO};
+    dlg.OnCommand(IDM_IMPORT);
+    ASSERT_EQ(m_host.m_boxes.size(), 1u);
+    EXPECT_EQ(m_host.m_boxes[0].strText, L"文件" + strItem + L"已经存在,是否覆盖！");
+
+    view.m_selection = {0};
+    dlg.OnItemchangedList({0});
+    view.m_nameAnswers = {{L"q"}};
+    dlg.OnCommand(IDC_BTN_RENAME);
+    EXPECT_EQ(m_site.SiteBytes(L"LaySketch\\柜\\q.dwg"), "layout");
+    EXPECT_FALSE(m_site.OnSite(L"LaySketch\\柜\\p.dwg"));
+    g_LayoutLib = CLibState();
+}
