@@ -4,6 +4,7 @@
 #include "host/HostEditor.h"
 #include "library/CircuitLibDlg.h"
 #include "library/views/LibBrowserWindow.h"
+#include "library/views/QtFileDialogHost.h"
 
 #include <QApplication>
 
@@ -12,6 +13,8 @@ namespace {
 template <class BROWSER> IModelessWindow* MakeBrowser(CLibState& state, CMyFtpConnection* pFtp) {
     if (!QApplication::instance())
         return nullptr;
+    static CQtFileDialogHost s_fileDialogs; // the import asks for its files here
+    SetFileDialogHost(&s_fileDialogs);
     auto pWindow = std::make_unique<CLibBrowserWindow>(acedGetAcadFrame());
     CLibBrowserWindow* pView = pWindow.get();
     auto* pBrowser = new BROWSER(state, pFtp, std::move(pWindow));
