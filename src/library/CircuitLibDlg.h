@@ -194,6 +194,12 @@ private:
     std::wstring ServerPath(const std::wstring& strLocal) const;
     std::wstring TwinOf(const std::wstring& strPath) const;
     bool IsCurDirUsable() const;
+    // Steps of the item operations (CircuitLibItemOps.cpp).
+    bool RenameItem(CCirNewDlg& dlg, const std::wstring& strItem);
+    void RemoveDeletedRows(const std::vector<int>& removed, bool bNamesToo);
+    bool SaveCurrentAs(CCirNewDlg& dlg);
+    void CommitThroughScratch(const std::wstring& strFile, const std::wstring& strName,
+                              bool bExisted);
 
     CLibState& m_state;
     CMyFtpConnection* m_pFtp;

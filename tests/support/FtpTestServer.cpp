@@ -1,6 +1,7 @@
 // A real FTP server process for the tests, and a recorder of the module's FTP calls.
 #include "FtpTestServer.h"
 
+#include "base/FileSystem.h"
 #include "base/StrUtil.h"
 #include "base/SysPath.h"
 
@@ -279,6 +280,11 @@ bool CFtpTestServer::StartVsftpd(int nWantedPort) {
 
 namespace {
 
+int64_t LocalSize(const std::wstring& strPath) {
+    FS_FIND_DATA info;
+    return FsGetInfo(strPath, info) ? static_cast<int64_t>(info.nSize) : 0;
+}
+
 class CRecordingConnection : public IFtpConnection {
 public:
     CRecordingConnection(std::unique_ptr<IFtpConnection> real, CRecordingFtpClient& owner)
@@ -286,11 +292,15 @@ public:
     void Close() override { m_real->Close(); }
     bool GetFile(const std::wstring& strRemote, const std::wstring& strLocal) override {
         m_owner.Log(L"GetFile " + strRemote);
-        return m_real->GetFile(strRemote, strLocal);
+        bool bOk = m_real->GetFile(strRemote, strLocal);
+        m_owner.m_nBytes += bOk ? LocalSize(strLocal) : 0;
+        return bOk;
     }
     bool PutFile(const std::wstring& strLocal, const std::wstring& strRemote) override {
         m_owner.Log(L"PutFile " + strRemote);
-        return m_real->PutFile(strLocal, strRemote);
+        bool bOk = m_real->PutFile(strLocal, strRemote);
+        m_owner.m_nBytes += bOk ? LocalSize(strLocal) : 0;
+        return bOk;
     }
     bool Remove(const std::wstring& strRemote) override {
         m_owner.Log(L"Remove " + strRemote);

@@ -72,6 +72,7 @@ public:
     void Log(const std::wstring& strLine);
 
     std::vector<std::wstring> m_log;
+    int64_t m_nBytes = 0; // file bytes moved by GetFile and PutFile
     // Called with each line before the call is passed on.
     std::function<void(const std::wstring&)> m_onCall;
 

@@ -4,6 +4,7 @@
 #include "host/HostEditor.h"
 #include "library/CircuitLibDlg.h"
 #include "library/views/LibBrowserWindow.h"
+#include "library/views/QtFileDialogHost.h"
 #include "library/views/SlideWindows.h"
 
 #include <QApplication>
@@ -13,6 +14,8 @@ namespace {
 template <class BROWSER> IModelessWindow* MakeBrowser(CLibState& state, CMyFtpConnection* pFtp) {
     if (!QApplication::instance())
         return nullptr;
+    static CQtFileDialogHost s_fileDialogs; // the import asks for its files here
+    SetFileDialogHost(&s_fileDialogs);
     InstallSlideViews(); // the enlarged preview and the batch run open from the browser
     auto pWindow = std::make_unique<CLibBrowserWindow>(acedGetAcadFrame());
     CLibBrowserWindow* pView = pWindow.get();
