@@ -127,6 +127,9 @@ public:
     void OnEnlarge();
     void OnBatchSlides();
 
+    // Sets a cell's slide again, so that its control reads the file anew.
+    void RefreshCell(int nCell);
+
     // The gates of the item operations, in their order; false ends the operation.
     bool PassGates(unsigned nGates);
     // The list's selected rows in order.

@@ -6,6 +6,10 @@
 #include "host/HostDocuments.h"
 
 #include "EditorTestHost.h"
+#include "SlideFixtures.h"
+#include "app/DocumentServices.h"
+#include "app/EditorServices.h"
+#include "shared/fileops/FileOps.h"
 
 #include <gtest/gtest.h>
 
@@ -218,4 +222,26 @@ TEST_F(FrameTest, SuperClientWithoutSiteStillOpensTheBrowser) {
     EXPECT_NE(g_HoleLib.pLibDlg, nullptr);
     EXPECT_EQ(g_HoleLib.g_nFtpMode, 1);
     EXPECT_EQ(m_host.m_nWaitDepth, 0);
+}
+
+// The end of a new item in either library: the posted command makes the slide and hands the
+// item to the browser.
+TEST_F(FrameTest, PostedMakeSldOfANewItemSlidesItInEitherLibrary) {
+    for (CLibState* pState : {&g_HoleLib, &g_LayoutLib}) {
+        std::wstring strDwg = m_dir / (pState == &g_HoleLib ? L"common\\a.dwg" : L"local\\b.dwg");
+        FsCreateDirectory(m_dir / L"local");
+        WriteRectDrawing(strDwg, 0, 0, 40, 20);
+        ASSERT_NE(m_host.m_editor.m_docs.OpenDocument(strDwg), nullptr);
+        auto* pBrowser = new CFakeBrowser;
+        pState->pLibDlg = pBrowser;
+        pState->strDwgFile = strDwg;
+        pState->bNewPending = 1;
+        PostCommandString(pState == &g_HoleLib ? L"(Command)\nMakeSld\n"
+                                               : L"(Command)\nLaySketchMakeSld\n");
+        m_host.Run({});
+        EXPECT_TRUE(ReadSlideBounds(RemoveFileExt(strDwg) + L".sld").bRead);
+        EXPECT_FALSE(IsDocumentOpen(strDwg));
+        EXPECT_EQ(pBrowser->m_strLog, L"reload;select " + GetFileName(strDwg) + L";");
+        EXPECT_EQ(pState->bNewPending, 0);
+    }
 }

@@ -8,7 +8,10 @@
 #include "base/Format.h"
 #include "host/HostUi.h"
 #include "host/SuiteInstallPaths.h"
+#include "library/LibraryFtp.h"
 #include "library/LibraryRules.h"
+#include "library/SlideCommands.h"
+#include "library/views/SlideWindows.h"
 #include "shared/MyFtpConnection.h"
 #include "shared/fileops/FileOps.h"
 
@@ -146,10 +149,6 @@ void OpenBody(CLibState& state, void (*pfnManage)()) {
         state.pLibDlg->Restore();
 }
 
-void NotYetAvailable(const wchar_t* pszCommand) {
-    acutPrintf(L"\n%s: not available in this build.\n", pszCommand);
-}
-
 } // namespace
 
 void CmdDrawingInsert() {
@@ -180,19 +179,22 @@ void CmdEditPanel() {
     EditPanel();
 }
 void CmdMakeSld() {
-    NotYetAvailable(L"MakeSld");
+    InstallSlideViews();
+    MakeSld({g_HoleLib, GetLibraryFtp(g_HoleFtp), CmdDrawingManage});
 }
 void CmdShowSld() {
-    NotYetAvailable(L"ShowSld");
+    InstallSlideViews();
+    ShowSld({g_HoleLib, GetLibraryFtp(g_HoleFtp), CmdDrawingManage});
 }
 void CmdOpenDwg() {
-    NotYetAvailable(L"OpenDwg");
+    OpenDwg(g_HoleLib);
 }
 void CmdCloseDwg() {
-    NotYetAvailable(L"CloseDwg");
+    CloseDwg(g_HoleLib);
 }
 void CmdShowSldDlg() {
-    NotYetAvailable(L"ShowSldDlg");
+    InstallSlideViews();
+    ShowSldDlg(g_HoleLib);
 }
 void CmdTz3dView() {
     Tz3dView();
@@ -201,5 +203,6 @@ void CmdTz2dView() {
     Tz2dView();
 }
 void CmdLaySketchMakeSld() {
-    NotYetAvailable(L"LaySketchMakeSld");
+    InstallSlideViews();
+    MakeSld({g_LayoutLib, GetLibraryFtp(g_LayoutFtp), CmdLaySketchManage});
 }

@@ -5,6 +5,7 @@
 #include "library/CircuitLibDlg.h"
 #include "library/views/LibBrowserWindow.h"
 #include "library/views/QtFileDialogHost.h"
+#include "library/views/SlideWindows.h"
 
 #include <QApplication>
 
@@ -15,6 +16,7 @@ template <class BROWSER> IModelessWindow* MakeBrowser(CLibState& state, CMyFtpCo
         return nullptr;
     static CQtFileDialogHost s_fileDialogs; // the import asks for its files here
     SetFileDialogHost(&s_fileDialogs);
+    InstallSlideViews(); // the enlarged preview and the batch run open from the browser
     auto pWindow = std::make_unique<CLibBrowserWindow>(acedGetAcadFrame());
     CLibBrowserWindow* pView = pWindow.get();
     auto* pBrowser = new BROWSER(state, pFtp, std::move(pWindow));

@@ -19,10 +19,8 @@ CSlideCtrl::CSlideCtrl(QWidget* pParent) : QWidget(pParent) {
 
 void CSlideCtrl::SetProperty(int nDispId, const QVariant& value) {
     if (nDispId == CSlideView::DISPID_SLIDE_FILE) {
-        std::wstring strFile = value.toString().toStdWString();
-        if (strFile == m_view.GetSlideFile())
-            return;
-        m_view.SetSlideFile(strFile);
+        // Set again, the same file is read anew: a slide may have been remade.
+        m_view.SetSlideFile(value.toString().toStdWString());
     } else if (nDispId == CSlideView::DISPID_BACKGROUND) {
         COLORREF colour = value.toUInt();
         if (colour == m_view.GetBackground())
