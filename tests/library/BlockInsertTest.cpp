@@ -251,6 +251,31 @@ TEST_F(BlockInsertTest, ExplodedItemsBringThePartsTheDrawingDoesNotKnow) {
     EXPECT_EQ(PartRecords(Target()), (std::vector<std::wstring>{L"/KA1/旧继电器", L"/KM1/接触器"}));
 }
 
+TEST_F(BlockInsertTest, ARefusedExplodePurgesAndBringsNoParts) {
+    AcDbDatabase item;
+    CSchematicBuilder src(item);
+    src.Symbol(L"K", {{L"13", 0, 0}});
+    src.Label(src.Insert(L"K", 0, 0), L"KM1");
+    src.Part(L"", L"KM1", L"接触器");
+    auto* pSolid = new AcDb3dSolid;
+    pSolid->setBody({"not a body the kernel can move"});
+    AppendToModelSpace(item, pSolid);
+    ASSERT_EQ(item.saveAs(m_strItem.c_str()), Acad::eOk);
+    AcDbLayerTable* pLayers = nullptr;
+    ASSERT_EQ(Target().getLayerTable(pLayers, AcDb::kForWrite), Acad::eOk);
+    auto* pUnused = new AcDbLayerTableRecord;
+    pUnused->setName(L"UNUSED");
+    pLayers->add(pUnused);
+    pUnused->close();
+    pLayers->close();
+
+    HandOver(g_HoleLib, m_strItem, 1, 1.0, 0.0, 1);
+    m_host.Run({L"DrawingInsert", L"0,0"});
+    ASSERT_EQ(References().size(), 1u); // still whole
+    EXPECT_EQ(acdbTblSearch(L"LAYER", L"UNUSED"), nullptr);
+    EXPECT_TRUE(PartRecords(Target()).empty());
+}
+
 TEST_F(BlockInsertTest, TheLayoutCommandInsertsFromTheLayoutLibrary) {
     FsCreateDirectory(m_dir / L"LaySketch");
     std::wstring strLayout = m_dir / L"LaySketch\\面板.dwg";
