@@ -189,6 +189,9 @@ TEST_F(BlockInsertTest, CancelsKeepWhatIsPlacedAndLeaveNoImage) {
     HandOver(g_HoleLib, m_strItem, 3);
     m_host.Run({L"DrawingInsert", L"*Cancel*"});
     EXPECT_TRUE(References().empty());
+    resbuf* pBlock = acdbTblSearch(L"BLOCK", L"*U1"); // the block stays, unpurged
+    EXPECT_NE(pBlock, nullptr);
+    acutRelRb(pBlock);
     EXPECT_TRUE(g_HoleLib.strDwgFile.empty());
     EXPECT_NE(Browser().m_strLog.find(L"show;"), std::wstring::npos);
 
@@ -237,6 +240,7 @@ TEST_F(BlockInsertTest, ExplodedItemsBringThePartsTheDrawingDoesNotKnow) {
     ASSERT_EQ(item.saveAs(m_strItem.c_str()), Acad::eOk);
     CSchematicBuilder dst(Target());
     dst.Part(L"", L"KA1", L"旧继电器");
+    std::string before = DumpDatabase(Target());
 
     HandOver(g_HoleLib, m_strItem, 2, 1.0, 0.0, 1);
     m_host.Run({L"DrawingInsert", L"100,0", L"200,0"});
@@ -249,6 +253,9 @@ TEST_F(BlockInsertTest, ExplodedItemsBringThePartsTheDrawingDoesNotKnow) {
     EXPECT_EQ(refs[1].x, 200.0);
     EXPECT_EQ(refs[2].y, 10.0);
     EXPECT_EQ(PartRecords(Target()), (std::vector<std::wstring>{L"/KA1/旧继电器", L"/KM1/接触器"}));
+
+    m_host.Run({L"UNDO", L""}); // the whole insertion is one step
+    EXPECT_EQ(DumpDatabase(Target()), before);
 }
 
 TEST_F(BlockInsertTest, ARefusedExplodePurgesAndBringsNoParts) {
