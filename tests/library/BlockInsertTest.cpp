@@ -90,13 +90,6 @@ protected:
         return refs;
     }
 
-    std::vector<double> Xs() {
-        std::vector<double> xs;
-        for (const PLACED& p : References())
-            xs.push_back(p.x);
-        return xs;
-    }
-
     CTempDir m_dir;
     CEditorTestHost m_host;
     CDrawingManageApp m_app;
