@@ -278,3 +278,11 @@ int CEditorInput::GrRead(int, int& nType, GRREAD_VALUE& value) {
     value.nKey = s.empty() ? 13 : s[0]; // Enter, or the key typed
     return RTNORM;
 }
+
+int CEditorInput::Trans(const AcGePoint3d& pt, int nFrom, int nTo, bool, AcGePoint3d& result) {
+    auto known = [](int n) { return n == kTransWorld || n == kTransUser; };
+    if (!known(nFrom) || !known(nTo))
+        return RTERROR;
+    result = pt;
+    return RTNORM;
+}

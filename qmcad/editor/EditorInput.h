@@ -46,6 +46,8 @@ public:
     int DragGen(const AcDbObjectIdArray& ids, const std::wstring& strPrompt,
                 const DragSampler& sampler, AcGePoint3d& pt) override;
     int GrRead(int nTrack, int& nType, GRREAD_VALUE& value) override;
+    // The editor keeps the world system as its one user system.
+    int Trans(const AcGePoint3d& pt, int nFrom, int nTo, bool bDisp, AcGePoint3d& result) override;
 
     // A screen that shows what input is awaited; none on a console.
     IInputFeedback* m_pFeedback = nullptr;

@@ -89,3 +89,6 @@ int acedDragGen(const AcDbObjectIdArray& ids, const std::wstring& strPrompt,
 int acedGrRead(int nTrack, int& nType, GRREAD_VALUE& value) {
     return Input() ? Input()->GrRead(nTrack, nType, value) : RTCAN;
 }
+int acedTrans(const AcGePoint3d& pt, int nFrom, int nTo, bool bDisp, AcGePoint3d& result) {
+    return Input() ? Input()->Trans(pt, nFrom, nTo, bDisp, result) : RTERROR;
+}

@@ -42,7 +42,14 @@ public:
                         const DragSampler& sampler, AcGePoint3d& pt) = 0;
     // RTNORM with one input event, RTCAN when cancelled.
     virtual int GrRead(int nTrack, int& nType, GRREAD_VALUE& value) = 0;
+    // A point (or with bDisp a displacement) from one coordinate system to
+    // another: RTNORM, or RTERROR for a system the editor does not know.
+    virtual int Trans(const AcGePoint3d& pt, int nFrom, int nTo, bool bDisp,
+                      AcGePoint3d& result) = 0;
 };
+
+// Coordinate system codes of acedTrans.
+enum : int { kTransWorld = 0, kTransUser = 1 };
 
 // The editor's input functions by their own names; without a host they answer RTCAN.
 int acedGetPoint(const AcGePoint3d* pBase, const std::wstring& strPrompt, AcGePoint3d& pt);
@@ -54,3 +61,5 @@ int acedSSGet(const std::wstring& strMode, AcDbObjectIdArray& ids);
 int acedDragGen(const AcDbObjectIdArray& ids, const std::wstring& strPrompt,
                 const DragSampler& sampler, AcGePoint3d& pt);
 int acedGrRead(int nTrack, int& nType, GRREAD_VALUE& value);
+// Without a host: RTERROR.
+int acedTrans(const AcGePoint3d& pt, int nFrom, int nTo, bool bDisp, AcGePoint3d& result);

@@ -494,7 +494,7 @@ bool CCircuitLibDlg::ReadCountAndScale() {
         m_pView->SetFocus(IDC_EDIT_COUNT);
         return false;
     }
-    std::wstring strScale = StrTrim(m_pView->GetText(IDC_EDIT_SCALE));
+    std::wstring strScale = m_pView->GetText(IDC_EDIT_SCALE);
     double dScale = TextToReal(strScale);
     if (!IsScaleNumber(strScale) || dScale <= 0.0) {
         QmMessageBox(L"调用比例非法！", MB_ICONEXCLAMATION);
@@ -522,6 +522,7 @@ void CCircuitLibDlg::OnBtnInsert() {
     m_bHidden = true;
     m_pView->Show(false);
     m_state.strDwgFile = strPath;
+    m_pView->ActivateFrame();
     m_state.dAngle = m_dAngle;
     m_state.nCount = m_nCount;
     m_state.dScale = m_dScale;

@@ -102,6 +102,8 @@ public:
     virtual bool IsIconic() = 0;
     virtual void Restore() = 0;
     virtual void Destroy() = 0;
+    // Makes the host's main window the active one, as a hand-over leaves it.
+    virtual void ActivateFrame() {}
 
     // Edits, static texts, check and radio boxes, buttons by control id.
     virtual std::wstring GetText(int nId) = 0;

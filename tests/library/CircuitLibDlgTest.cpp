@@ -187,15 +187,20 @@ TEST_F(CircuitLibDlgTest, InsertChecksTheFieldsThenHidesFillsTheRecordAndPosts) 
     dlg.OnCommand(IDC_BTN_INSERT);
     view.m_text[IDC_EDIT_SCALE] = L"-0";
     dlg.OnCommand(IDC_BTN_INSERT);
+    view.m_text[IDC_EDIT_SCALE] = L"5.";
+    dlg.OnCommand(IDC_BTN_INSERT);
+    view.m_text[IDC_EDIT_SCALE] = L" 2";
+    dlg.OnCommand(IDC_BTN_INSERT);
     dlg.OnItemchangedList({0, 1});
     view.m_text[IDC_EDIT_SCALE] = L"2.5";
     dlg.OnCommand(IDC_BTN_INSERT);
-    ASSERT_EQ(m_host.m_boxes.size(), 4u);
+    ASSERT_EQ(m_host.m_boxes.size(), 6u);
     EXPECT_EQ(m_host.m_boxes[0].strText, L"符号调用数必须大于等于1且小于等于100！");
-    EXPECT_EQ(m_host.m_boxes[1].strText, L"调用比例非法！");
-    EXPECT_EQ(m_host.m_boxes[2].strText, L"调用比例非法！");
-    EXPECT_EQ(m_host.m_boxes[3].strText, L"此操作不支持多选！");
+    for (int i = 1; i <= 4; ++i)
+        EXPECT_EQ(m_host.m_boxes[i].strText, L"调用比例非法！") << i;
+    EXPECT_EQ(m_host.m_boxes[5].strText, L"此操作不支持多选！");
     EXPECT_TRUE(view.m_bVisible);
+    EXPECT_EQ(view.m_nFrameActivated, 0);
     EXPECT_EQ(Posted(), L"");
 
     dlg.OnItemchangedList({1});
@@ -208,6 +213,7 @@ TEST_F(CircuitLibDlgTest, InsertChecksTheFieldsThenHidesFillsTheRecordAndPosts) 
     EXPECT_EQ(g_HoleLib.dScale, 2.5);
     EXPECT_EQ(g_HoleLib.dAngle, 90.0);
     EXPECT_EQ(g_HoleLib.bExplode, 0);
+    EXPECT_EQ(view.m_nFrameActivated, 1);
     EXPECT_EQ(Posted(), L"(Command)\nDrawingInsert\n");
 }
 

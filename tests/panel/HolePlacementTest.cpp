@@ -57,6 +57,10 @@ public:
                 AcGePoint3d&) override {
         return RTCAN;
     }
+    int Trans(const AcGePoint3d& pt, int, int, bool, AcGePoint3d& result) override {
+        result = pt;
+        return RTNORM;
+    }
     int GrRead(int, int& nType, GRREAD_VALUE& value) override {
         if (m_events.empty())
             return RTERROR;

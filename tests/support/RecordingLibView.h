@@ -32,6 +32,7 @@ public:
     }
     void Show(bool bShow) override { m_bVisible = bShow; }
     void Activate() override {}
+    void ActivateFrame() override { ++m_nFrameActivated; }
     bool IsIconic() override { return false; }
     void Restore() override {}
     void Destroy() override { ++m_nDestroyed; }
@@ -112,6 +113,7 @@ public:
 
     bool m_bCreatable = true;
     bool m_bVisible = false;
+    int m_nFrameActivated = 0;
     int m_nDestroyed = 0;
     LIB_BROWSER_TEXTS m_texts;
     std::map<int, std::wstring> m_text;

@@ -8,6 +8,7 @@
 #include "base/Format.h"
 #include "host/HostUi.h"
 #include "host/SuiteInstallPaths.h"
+#include "library/BlockInsert.h"
 #include "library/LibraryFtp.h"
 #include "library/LibraryRules.h"
 #include "library/SlideCommands.h"
@@ -129,7 +130,7 @@ void InsertBody(CLibState& state, void (*pfnManage)()) {
         return;
     }
     if (!state.strDwgFile.empty()) {
-        // The insertion itself joins here with the block insertion work.
+        InsertLibraryDrawing(state);
         state.strDwgFile.clear();
     }
     pfnManage();

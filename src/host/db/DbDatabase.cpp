@@ -71,6 +71,35 @@ resbuf* acdbTblSearch(const wchar_t* pTable, const wchar_t* pName, int /*nNext*/
     return rb;
 }
 
+int acdbEntLast(AcDbObjectId& id) {
+    id = AcDbObjectId();
+    AcDbDatabase* pDb = acdbHostApplicationServices()->workingDatabase();
+    if (!pDb)
+        return RTERROR;
+    const std::deque<AcDbStub>& stubs = pDb->stubs();
+    for (auto it = stubs.rbegin(); it != stubs.rend(); ++it) {
+        auto* pEnt = dynamic_cast<AcDbEntity*>(it->pObject);
+        if (!pEnt || pEnt->isErased())
+            continue;
+        AcDbStub* pOwner = pEnt->ownerId().stub();
+        auto* pSpace = pOwner ? dynamic_cast<AcDbBlockTableRecord*>(pOwner->pObject) : nullptr;
+        if (pSpace && !pSpace->isErased() && pSpace->isLayout()) {
+            id = pEnt->objectId();
+            return RTNORM;
+        }
+    }
+    return RTERROR;
+}
+
+int acdbEntDel(AcDbObjectId id) {
+    AcDbEntity* pEnt = nullptr;
+    if (acdbOpenObject(pEnt, id, AcDb::kForWrite, true) != Acad::eOk)
+        return RTERROR;
+    Acad::ErrorStatus es = pEnt->erase(!pEnt->isErased());
+    pEnt->close();
+    return es == Acad::eOk ? RTNORM : RTERROR;
+}
+
 int acdbRegApp(const wchar_t* pApp) {
     AcDbDatabase* pDb = acdbHostApplicationServices()->workingDatabase();
     AcDbRegAppTable* pTable = nullptr;

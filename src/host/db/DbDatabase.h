@@ -204,6 +204,11 @@ resbuf* acdbTblSearch(const wchar_t* pTable, const wchar_t* pName, int nNext = 0
 // Registers an application in the working drawing: RTNORM, or RTERROR
 // without a working drawing or for an invalid name.
 int acdbRegApp(const wchar_t* pApp);
+// The most recently made live entity of a layout (model or paper space) of
+// the working drawing: RTNORM, or RTERROR when there is none.
+int acdbEntLast(AcDbObjectId& id);
+// Erases a live entity, or brings an erased one back: RTNORM, or RTERROR.
+int acdbEntDel(AcDbObjectId id);
 
 // Reads the preview bitmap of a drawing file through the codec.
 bool acdbGetPreviewBitmapFromDwg(const wchar_t* pPath, std::vector<uint8_t>& bitmap);

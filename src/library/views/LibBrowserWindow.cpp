@@ -332,6 +332,12 @@ void CLibBrowserWindow::Activate() {
     m_pDialog->activateWindow();
 }
 
+void CLibBrowserWindow::ActivateFrame() {
+    QWidget* pFrame = m_pDialog ? m_pDialog->parentWidget() : nullptr;
+    if (pFrame)
+        pFrame->activateWindow();
+}
+
 bool CLibBrowserWindow::IsIconic() {
     return m_pDialog && m_pDialog->isMinimized();
 }

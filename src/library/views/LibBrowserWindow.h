@@ -64,6 +64,7 @@ public:
     bool Create(const LIB_BROWSER_TEXTS& texts) override;
     void Show(bool bShow) override;
     void Activate() override;
+    void ActivateFrame() override;
     bool IsIconic() override;
     void Restore() override;
     void Destroy() override;

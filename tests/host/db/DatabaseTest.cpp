@@ -399,3 +399,27 @@ TEST(Database, CopiedUnmodelledEntitiesKeepFollowersUnderFreshHandlesAndNoStaleP
     EXPECT_EQ(pCopy->m_tags[4].strValue, L"0");                    // nothing copied for it
     pCopy->close();
 }
+
+TEST(Database, LastEntityIsTheNewestLiveOneOfALayoutAndDeletionToggles) {
+    AcDbDatabase db;
+    acdbHostApplicationServices()->setWorkingDatabase(&db);
+    AcDbObjectId id;
+    EXPECT_EQ(acdbEntLast(id), RTERROR); // an empty drawing
+    EXPECT_TRUE(id.isNull());
+    AcDbObjectId first = AppendToModelSpace(db, new AcDbLine(AcGePoint3d(), AcGePoint3d(1, 0, 0)));
+    AcDbObjectId second = AppendToModelSpace(db, new AcDbCircle(AcGePoint3d(), 2));
+    AppendToBlock(db, L"INNER", new AcDbLine(AcGePoint3d(), AcGePoint3d(0, 1, 0))); // no layout
+    ASSERT_EQ(acdbEntLast(id), RTNORM);
+    EXPECT_EQ(id, second);
+
+    EXPECT_EQ(acdbEntDel(second), RTNORM);
+    EXPECT_TRUE(second.isErased());
+    ASSERT_EQ(acdbEntLast(id), RTNORM);
+    EXPECT_EQ(id, first);
+    EXPECT_EQ(acdbEntDel(second), RTNORM); // a second call brings it back
+    EXPECT_FALSE(second.isErased());
+    ASSERT_EQ(acdbEntLast(id), RTNORM);
+    EXPECT_EQ(id, second);
+    EXPECT_EQ(acdbEntDel(AcDbObjectId()), RTERROR);
+    acdbHostApplicationServices()->setWorkingDatabase(nullptr);
+}
