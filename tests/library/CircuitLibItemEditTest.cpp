@@ -1,0 +1,263 @@
+// New items written from a selection, items opened for edit and saved back, in both libraries.
+#include "library/ItemDialogs.h"
+#include "library/ItemSave.h"
+
+#include "FixedVersionClock.h"
+#include "LibraryBrowserFixture.h"
+#include "RecordingItemView.h"
+#include "SchematicBuilder.h"
+#include "SharedSite.h"
+#include "suite/SuiteMainLib.h"
+
+#include "app/EditorServices.h"
+#include "base/FileSystem.h"
+#include "drawingdata/DrawingRecords.h"
+#include "drawingdata/ModelSpace.h"
+#include "drawingdata/RecordKeys.h"
+#include "drawingdata/Records.h"
+#include "editor/DocManager.h"
+#include "host/HostEditor.h"
+#include "host/HostUi.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class ItemEditTest : public CLibraryBrowserTest {
+protected:
+    ItemEditTest() {
+        HOST_SERVICES services = GetHostServices();
+        services.pMainLib = &m_mainLib;
+        SetHostServices(services);
+        FsCreateDirectory(m_dir / L"local\\Data");
+        // The editor runs a modeless window's handlers in its application context.
+        m_host.m_editor.m_docs.EnterApplicationContext();
+    }
+    ~ItemEditTest() override {
+        m_host.m_editor.m_docs.LeaveApplicationContext();
+        DestroyModelessWindow(g_HoleLib.pBlockDlg);
+        DestroyModelessWindow(g_HoleLib.pSaveDlg);
+    }
+    AcDbDatabase* CurrentDb() { return acDocManagerPtr()->curDocument()->database(); }
+    // A symbol KM1 with its part record, and a line far outside the window.
+    void DrawSchematic() {
+        CSchematicBuilder b(*CurrentDb());
+        b.Symbol(L"K", {{L"13", 0, 0}, {L"14", 10, 0}});
+        b.Part(L"", L"KM1", L"接触器").Part(L"", L"KM9", L"未选");
+        b.Label(b.Insert(L"K", 0, 0), L"KM1");
+        b.Wire(500, 500, 600, 500);
+    }
+    CRecordingItemView& StartNew(const std::wstring& strName) {
+        m_pView->m_nameAnswers = {{strName, 0}};
+        m_pDlg->OnBtnNew();
+        EXPECT_NE(g_HoleLib.pBlockDlg, nullptr);
+        return *CRecordingItemView::s_pLast;
+    }
+    std::wstring AllPosted() {
+        std::wstring strPosted;
+        for (AcApDocument* pDoc : m_host.m_editor.m_docs.documents())
+            for (const POSTED_LINE& line : static_cast<CHostDocument*>(pDoc)->m_posted)
+                strPosted += line.strText + L"\n";
+        return strPosted;
+    }
+
+    CRecordingItemViews m_views;
+    CSuiteMainLib m_mainLib{m_host};
+};
+
+bool ReadDrawing(const std::wstring& strPath, AcDbDatabase& db) {
+    return db.readDwgFile(strPath.c_str()) == Acad::eOk;
+}
+
+int CountModelSpace(AcDbDatabase& db) {
+    AcDbBlockTableRecord* pMs = nullptr;
+    acdbOpenObject(pMs, db.modelSpaceId(), AcDb::kForRead);
+    int n = 0;
+    AcDbBlockTableRecordIterator* it = nullptr;
+    pMs->newIterator(it);
+    for (; !it->done(); it->step())
+        ++n;
+    delete it;
+    pMs->close();
+    return n;
+}
+
+} // namespace
+
+TEST_F(ItemEditTest, NewItemCarriesItsPartsRecordAndMarkerAndReachesThePartsDatabase) {
+    DrawSchematic();
+    Open();
+    CRecordingItemView& entry = StartNew(L"新孔.dwg");
+    EXPECT_EQ(m_pView->m_dialogTitles.back(), L"图形新建");
+    EXPECT_EQ(entry.m_tmpl.nTemplate, 104);
+    EXPECT_EQ(entry.m_placed.x, 100 + 1600 - 300 - 10); // beside the drawing
+    EXPECT_EQ(entry.m_placed.y, 95);
+    EXPECT_EQ(entry.m_texts[603], L""); // the model stays blank
+    entry.m_texts[611] = L"断路器孔";
+    entry.m_texts[604] = L"C-1";
+    m_host.Feed({L"-5,-5", L"20,10"});
+    entry.m_pDlg->OnOK();
+
+    EXPECT_EQ(g_HoleLib.pBlockDlg, nullptr);
+    EXPECT_EQ(g_HoleLib.bNewPending, 1);
+    EXPECT_EQ(g_HoleLib.strNewSource, HoleRoot() + L"新孔.dwg");
+    // The browser's paint took the new item up and selected it.
+    EXPECT_EQ(g_HoleLib.nNewState, 0);
+    ASSERT_EQ(m_pDlg->GetSelection().size(), 1u);
+    EXPECT_EQ(m_pDlg->m_Names[m_pDlg->GetSelection()[0]], L"新孔.dwg");
+    EXPECT_NE(AllPosted().find(L"(Command)\nMakeSld\n"), std::wstring::npos);
+    EXPECT_NE(m_host.m_strPrinted.find(L"/n*****新建库文件成功*****/n"), std::wstring::npos);
+
+    AcDbDatabase item(false, true);
+    ASSERT_TRUE(ReadDrawing(HoleRoot() + L"新孔.dwg", item));
+    CStringArray pairs;
+    ASSERT_TRUE(ReadRecommendedPairs(&item, pairs));
+    EXPECT_EQ(pairs, (CStringArray{L"推荐名称", L"断路器孔", L"推荐型号", L"新孔", L"推荐编码",
+                                   L"C-1"}));
+    EXPECT_EQ(item.insbase().x, 5.0); // the middle of the selection
+    resbuf* pChain = nullptr;
+    EXPECT_EQ(ReadNamedXrecord(&item, TZ_DICITIONARY_PART2DATABASE, L"TZ_XRECORD_ONEPART2_1",
+                               pChain),
+              1);
+    CStringArray part;
+    StringsFromChain(pChain, part);
+    acutRelRb(pChain);
+    EXPECT_EQ(part.at(3), L"KM1");
+    EXPECT_EQ(ReadNamedXrecord(&item, TZ_DICITIONARY_PART2DATABASE, L"TZ_XRECORD_ONEPART2_2",
+                               pChain),
+              0); // only the selected symbol's device
+    int nMarkers = 0, nInvisible = 0;
+    ForEachModelSpaceEntity(&item, [&](AcDbObjectId, AcDbEntity& ent) {
+        if (HasXData(&ent, TZ_KKDOTPT_FLAG) && IsDotEntity(&ent)) {
+            ++nMarkers;
+            nInvisible += !ent.isVisible();
+        }
+        return true;
+    });
+    EXPECT_EQ(nMarkers, 1);
+    EXPECT_EQ(nInvisible, 1);
+    EXPECT_EQ(CountModelSpace(item), 3); // symbol, label, marker: the far line stayed out
+
+    STRUCT_HOLE_PART_ROW row;
+    ASSERT_TRUE(CSuiteMainLib::ReadRow(m_dir / L"local\\Data\\TzMainLib.mdb", L"新孔.dwg", row));
+    EXPECT_EQ(row.strName + L"|" + row.strModel + L"|" + row.strCode, L"断路器孔|新孔|C-1");
+    EXPECT_EQ(row.nFlag, 0);
+}
+
+TEST_F(ItemEditTest, ExistingNameIsReplacedOnlyWhenTheUserAgrees) {
+    AddItems(L"", {L"a.dwg"});
+    Open();
+    m_host.m_answers = {IDNO};
+    m_pView->m_nameAnswers = {{L"a", 0}};
+    m_pDlg->OnBtnNew();
+    EXPECT_EQ(g_HoleLib.pBlockDlg, nullptr);
+    ASSERT_EQ(m_host.m_boxes.size(), 1u);
+    EXPECT_EQ(m_host.m_boxes[0].strText, L"图形“a”已经存在,是否覆盖？");
+    EXPECT_EQ(m_host.m_boxes[0].nFlags, 36u);
+    EXPECT_EQ(ReadBytes(HoleRoot() + L"a.dwg"), "item");
+
+    // A name that is no block name never reaches the question.
+    m_host.m_answers = {IDYES};
+    m_pView->m_nameAnswers = {{L"a*b", 0}, {L"a", 0}};
+    m_pDlg->OnBtnNew();
+    ASSERT_EQ(m_host.m_boxes.size(), 3u);
+    EXPECT_NE(m_host.m_boxes[1].strText.find(L"块名“a*b”错误"), std::wstring::npos);
+    EXPECT_FALSE(FsExists(HoleRoot() + L"a.dwg")); // mode 0: gone at once
+    EXPECT_EQ(g_HoleLib.strDwgFile, HoleRoot() + L"a.dwg");
+    EXPECT_NE(g_HoleLib.pBlockDlg, nullptr);
+
+    // Gate: a second new item while one is being drawn.
+    m_pDlg->OnBtnNew();
+    EXPECT_EQ(m_host.m_boxes.back().strText, L"图形新建正在进行！");
+}
+
+TEST_F(ItemEditTest, CancelEscAndEmptySelectionWriteNothing) {
+    Open();
+    CRecordingItemView& entry = StartNew(L"空");
+    EXPECT_TRUE(entry.m_pDlg->PreTranslateMessage(true)); // Esc swallowed
+    EXPECT_FALSE(entry.m_pDlg->PreTranslateMessage(false));
+    EXPECT_NE(g_HoleLib.pBlockDlg, nullptr);
+
+    m_host.Feed({L"-5,-5", L"20,10"});
+    entry.m_pDlg->OnOK(); // nothing drawn there
+    EXPECT_NE(m_host.m_strPrinted.find(L"无待入库图形，建库失败！\n"), std::wstring::npos);
+    EXPECT_NE(g_HoleLib.pBlockDlg, nullptr); // the user may try again
+
+    m_pView->m_bVisible = false;
+    entry.m_pDlg->OnCancel();
+    EXPECT_TRUE(m_pView->m_bVisible); // the browser is back
+    EXPECT_EQ(g_HoleLib.pBlockDlg, nullptr);
+    EXPECT_EQ(g_HoleLib.nNewState, 2);
+    EXPECT_FALSE(FsExists(HoleRoot() + L"空.dwg"));
+    EXPECT_EQ(AllPosted().find(L"MakeSld"), std::wstring::npos);
+}
+
+TEST_F(ItemEditTest, GivenBasePointAndThePickButtonFillTheFields) {
+    DrawSchematic();
+    Open();
+    CRecordingItemView& entry = StartNew(L"基点");
+    m_host.Feed({L"3.256,4"});
+    entry.m_pDlg->OnBtnPick();
+    EXPECT_EQ(entry.m_texts[525], L"3.26");
+    EXPECT_EQ(entry.m_texts[526], L"4.00");
+    EXPECT_TRUE(entry.m_strLog.ends_with(L"hide;frame;show;activate;"));
+    m_host.Feed({L"-5,-5", L"20,10"});
+    entry.m_pDlg->OnOK();
+    AcDbDatabase item(false, true);
+    ASSERT_TRUE(ReadDrawing(HoleRoot() + L"基点.dwg", item));
+    EXPECT_NEAR(item.insbase().x, 3.26, 1e-9);
+    EXPECT_NEAR(item.insbase().y, 4.0, 1e-9);
+}
+
+TEST_F(ItemEditTest, SaveOfAnEditedItemRestoresTheUsersSaveSettings) {
+    DrawSchematic();
+    Open();
+    CRecordingItemView& entry = StartNew(L"改");
+    m_host.Feed({L"-5,-5", L"20,10"});
+    entry.m_pDlg->OnOK();
+    // What MakeSld does at the end of a new item: the new drawing saved and closed.
+    for (AcApDocument* pDoc : m_host.m_editor.m_docs.documents())
+        if (EqualsNoCase(pDoc->fileName(), HoleRoot() + L"改.dwg"))
+            m_host.m_editor.m_docs.CloseDocument(static_cast<CHostDocument*>(pDoc));
+    m_pDlg->Show();
+    m_pDlg->ReloadList();
+    m_pDlg->SelectListItem(L"改.dwg");
+
+    SetIntVar(L"ISAVEBAK", 0);
+    acedSetEnv(L"DefaultFormatForSave", L"48");
+    m_pDlg->OnBtnModify();
+    EXPECT_FALSE(m_pView->m_bVisible);
+    ASSERT_NE(g_HoleLib.pSaveDlg, nullptr);
+    CRecordingItemView& save = *CRecordingItemView::s_pLast;
+    EXPECT_EQ(save.m_tmpl.nTemplate, 408);
+    EXPECT_EQ(save.m_texts[605], L"");
+    EXPECT_EQ(save.m_texts[606], L"改"); // the model the new item got
+    EXPECT_EQ(save.m_texts[608], L"5.00");
+    EXPECT_NE(AllPosted().find(L"(Command)\nDrawingOpen\n"), std::wstring::npos);
+    EXPECT_EQ(g_HoleLib.strDwgFile, HoleRoot() + L"改.dwg");
+
+    save.m_texts[605] = L"新名称";
+    save.m_texts[608] = L"1";
+    save.m_texts[609] = L"2";
+    save.m_pDlg->OnOK();
+    EXPECT_EQ(g_HoleLib.pSaveDlg, nullptr);
+    int nSaveBak = -1;
+    GetIntVar(L"ISAVEBAK", nSaveBak);
+    EXPECT_EQ(nSaveBak, 0);
+    std::wstring strFormat;
+    acedGetEnv(L"DefaultFormatForSave", strFormat);
+    EXPECT_EQ(strFormat, L"48");
+    EXPECT_FALSE(FsExists(HoleRoot() + L"改.bak"));
+    EXPECT_TRUE(FsExists(HoleRoot() + L"改.sld"));
+    AcDbDatabase item(false, true);
+    ASSERT_TRUE(ReadDrawing(HoleRoot() + L"改.dwg", item));
+    CStringArray pairs;
+    ReadRecommendedPairs(&item, pairs);
+    EXPECT_EQ(FindPairValue(pairs, L"推荐名称"), L"新名称");
+    EXPECT_EQ(item.insbase().x, 1.0);
+    EXPECT_EQ(item.insbase().y, 2.0);
+    STRUCT_HOLE_PART_ROW row;
+    ASSERT_TRUE(CSuiteMainLib::ReadRow(m_dir / L"local\\Data\\TzMainLib.mdb", L"改.dwg", row));
+    EXPECT_EQ(row.nFlag, 1);
+    EXPECT_TRUE(m_pView->m_bVisible);
+}
