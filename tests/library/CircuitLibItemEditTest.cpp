@@ -9,6 +9,7 @@
 #include "SharedSite.h"
 #include "suite/SuiteMainLib.h"
 
+#include "app/DocumentServices.h"
 #include "app/EditorServices.h"
 #include "base/FileSystem.h"
 #include "drawingdata/DrawingRecords.h"
@@ -260,4 +261,178 @@ TEST_F(ItemEditTest, SaveOfAnEditedItemRestoresTheUsersSaveSettings) {
     ASSERT_TRUE(CSuiteMainLib::ReadRow(m_dir / L"local\\Data\\TzMainLib.mdb", L"改.dwg", row));
     EXPECT_EQ(row.nFlag, 1);
     EXPECT_TRUE(m_pView->m_bVisible);
+}
+
+namespace {
+
+// The layout library's dialogs, driven directly over a state of their own.
+class LayoutItemTest : public ItemEditTest {
+protected:
+    ~LayoutItemTest() override {
+        DestroyModelessWindow(m_state.pBlockDlg);
+        DestroyModelessWindow(m_state.pSaveDlg);
+    }
+    std::wstring LayoutRoot() const { return m_dir / L"local\\LaySketch\\"; }
+    CLibState m_state;
+};
+
+} // namespace
+
+TEST_F(LayoutItemTest, DialogsDifferAsTheTwoLibrariesDo) {
+    struct ROW {
+        ITEM_DIALOG_TEMPLATE tmpl;
+        int nTemplate;
+        const wchar_t* pszTitle;
+        const wchar_t* pszHint;
+        bool bRecord;
+        bool bIcons;
+    };
+    const ROW rows[] = {
+        {EntryDialogTemplate(LibraryKind::Hole), 104, L"开孔图新建", L"", true, false},
+        {EntryDialogTemplate(LibraryKind::Layout), 405, L"图形入库",
+         L"提示: 图形编辑结束后,单击“确定”并框选图形即可入库", false, true},
+        {SaveDialogTemplate(LibraryKind::Hole), 408, L"开孔图修改", L"", true, false},
+        {SaveDialogTemplate(LibraryKind::Layout), 407, L"保存修改",
+         L"提示: 图形编辑结束后,单击“确定”保存修改", false, true},
+    };
+    for (const ROW& row : rows) {
+        EXPECT_EQ(row.tmpl.nTemplate, row.nTemplate);
+        EXPECT_STREQ(row.tmpl.pszTitle, row.pszTitle);
+        EXPECT_STREQ(row.tmpl.pszHint, row.pszHint);
+        EXPECT_EQ(row.tmpl.nName != 0 && row.tmpl.nModel != 0 && row.tmpl.nCode != 0, row.bRecord)
+            << row.nTemplate;
+        EXPECT_EQ(row.tmpl.bIconButtons, row.bIcons) << row.nTemplate;
+    }
+}
+
+TEST_F(LayoutItemTest, NewLayoutItemHasNoRecordAndNoPartsDatabaseRow) {
+    DrawSchematic();
+    m_state.strDwgFile = LayoutRoot() + L"面板.dwg";
+    auto* pDlg = new CLSBlockDlg(m_state, nullptr, MakeItemDialogView());
+    m_state.pBlockDlg = pDlg;
+    ASSERT_TRUE(pDlg->Create());
+    EXPECT_TRUE(pDlg->PreTranslateMessage(true));
+    m_host.Feed({L"-5,-5", L"20,10"});
+    pDlg->OnOK();
+    EXPECT_EQ(m_state.pBlockDlg, nullptr);
+    EXPECT_NE(AllPosted().find(L"(Command)\nLaySketchMakeSld\n"), std::wstring::npos);
+    AcDbDatabase item(false, true);
+    ASSERT_TRUE(ReadDrawing(LayoutRoot() + L"面板.dwg", item));
+    CStringArray pairs;
+    EXPECT_FALSE(ReadRecommendedPairs(&item, pairs));
+    EXPECT_FALSE(FsExists(m_dir / L"local\\Data\\TzMainLib.mdb"));
+}
+
+namespace {
+
+// Two workstations of one site; the hole browser runs on workstation 0 in mode 1.
+class SharedItemEditTest : public ItemEditTest {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(m_site.Started());
+        for (const wchar_t* pszDir : {L"InstallHole", L"LaySketch", L"Data"})
+            FsCreateDirectory(m_site.SitePath(pszDir));
+        m_site.On(0);
+        m_host.m_strCommonRes = m_host.m_strLocal;
+        for (int i = 0; i < 2; ++i)
+            for (const wchar_t* pszDir : {L"InstallHole", L"LaySketch", L"Data", L"Temp"})
+                CreateDirPath(m_site.Install(i, pszDir));
+        std::wstring strItem = m_site.Install(0, L"InstallHole\\板.dwg");
+        WriteEmptyDrawing(strItem);
+        m_site.PutOnSite(L"InstallHole\\板.dwg", ReadBytes(strItem));
+        m_host.m_nInstallStyle = 1;
+        g_HoleLib.g_nFtpMode = 1;
+    }
+    std::wstring SiteName(const std::wstring& strRel) {
+        AcDbDatabase db(false, true);
+        CStringArray pairs;
+        if (db.readDwgFile(m_site.SitePath(strRel).c_str()) != Acad::eOk)
+            return L"?";
+        ReadRecommendedPairs(&db, pairs);
+        return FindPairValue(pairs, L"推荐名称");
+    }
+    CRecordingItemView& CheckOutOnA() {
+        Open(&m_site.On(0));
+        m_pDlg->ReloadList();
+        m_pDlg->SelectListItem(L"板.dwg");
+        m_pDlg->OnBtnModify();
+        EXPECT_NE(g_HoleLib.pSaveDlg, nullptr);
+        return *CRecordingItemView::s_pLast;
+    }
+
+    CFixedVersionClock m_clock;
+    CCountingSleep m_sleep;
+    CSharedSite m_site{m_host, 2};
+};
+
+} // namespace
+
+TEST_F(SharedItemEditTest, CheckedOutItemIsRefusedElsewhereAndReachesTheOtherWorkstation) {
+    CRecordingItemView& save = CheckOutOnA();
+    EXPECT_TRUE(m_site.OnSite(L"InstallHole\\板.dwg.bak"));
+    EXPECT_EQ(g_HoleLib.strSelItem, L"板.dwg");
+
+    // B asks for the same item and is told who holds it; it declines.
+    m_host.m_answers = {IDNO};
+    EXPECT_FALSE(m_site.On(1).CheckOutFile(m_site.Install(1, L"InstallHole\\板.dwg"),
+                                           L"InstallHole\\", L"板.dwg"));
+    ASSERT_FALSE(m_host.m_boxes.empty());
+    EXPECT_NE(m_host.m_boxes.back().strText.find(CSharedSite::HostId(0)), std::wstring::npos);
+    m_site.Use(0);
+
+    save.m_texts[605] = L"控制板";
+    save.m_pDlg->OnOK();
+    EXPECT_EQ(g_HoleLib.pSaveDlg, nullptr);
+    EXPECT_FALSE(m_site.OnSite(L"InstallHole\\板.dwg.bak"));
+    EXPECT_TRUE(m_site.OnSite(L"InstallHole\\板.sld"));
+    EXPECT_EQ(SiteName(L"InstallHole\\板.dwg"), L"控制板");
+    STRUCT_HOLE_PART_ROW row;
+    ASSERT_TRUE(CSuiteMainLib::ReadRow(m_site.SitePath(L"Data\\TzMainLib.mdb"), L"板.dwg", row));
+    EXPECT_EQ(row.strName, L"控制板");
+    EXPECT_FALSE(m_site.OnSite(L"Data\\TzMainLib.mdb.bak"));
+
+    // B's update brings A's drawing.
+    std::wstring strB = m_site.Install(1, L"InstallHole\\板.dwg");
+    ASSERT_TRUE(m_site.On(1).DownloadFile(L"InstallHole\\板.dwg", strB));
+    EXPECT_EQ(ReadBytes(strB), m_site.SiteBytes(L"InstallHole\\板.dwg"));
+}
+
+TEST_F(SharedItemEditTest, BrokenLockStaysWithItsNewHolder) {
+    CRecordingItemView& save = CheckOutOnA();
+    m_host.m_answers = {IDYES}; // B takes the item over
+    ASSERT_TRUE(m_site.On(1).CheckOutFile(m_site.Install(1, L"InstallHole\\板.dwg"),
+                                          L"InstallHole\\", L"板.dwg"));
+    m_site.Use(0);
+    save.m_pDlg->OnCancel();
+    EXPECT_EQ(g_HoleLib.pSaveDlg, nullptr);
+    EXPECT_TRUE(m_site.OnSite(L"InstallHole\\板.dwg.bak")); // B's lock is not A's to remove
+    EXPECT_NE(m_site.SiteBytes(L"InstallHole\\板.dwg.bak").find("WS2"), std::string::npos);
+    EXPECT_EQ(m_host.m_editor.m_docs.documentCount(), 1); // A's copy closed unsaved
+}
+
+TEST_F(SharedItemEditTest, LayoutSaveFindsItsLockRevokedAndLeavesTheSiteAlone) {
+    std::wstring strItem = m_site.Install(0, L"LaySketch\\屏.dwg");
+    WriteEmptyDrawing(strItem);
+    m_site.PutOnSite(L"LaySketch\\屏.dwg", ReadBytes(strItem));
+    std::string before = m_site.SiteBytes(L"LaySketch\\屏.dwg");
+    CLibState state;
+    state.g_nFtpMode = 1;
+    state.strRelDir = L"LaySketch\\";
+    state.strSelItem = L"屏.dwg";
+    state.strWorkingFile = strItem;
+    ASSERT_TRUE(m_site.On(0).CheckOutFile(strItem, L"LaySketch\\", L"屏.dwg"));
+    ASSERT_TRUE(OpenOrActivate(strItem, true));
+    auto* pDlg = new CLSFileSaveDlg(state, &m_site.On(0), MakeItemDialogView());
+    state.pSaveDlg = pDlg;
+    ASSERT_TRUE(pDlg->Create());
+    EXPECT_FALSE(pDlg->PreTranslateMessage(true)); // Esc is Cancel here
+
+    FsDeleteFile(m_site.SitePath(L"LaySketch\\屏.dwg.bak")); // forced away by another user
+    pDlg->OnOK();
+    EXPECT_EQ(state.pSaveDlg, nullptr);
+    ASSERT_FALSE(m_host.m_boxes.empty());
+    EXPECT_EQ(m_host.m_boxes.back().strText,
+              L"文件<LaySketch\\屏.dwg>的库修改作已被强制撤销，无法入库...");
+    EXPECT_EQ(m_site.SiteBytes(L"LaySketch\\屏.dwg"), before);
+    EXPECT_FALSE(IsDocumentOpen(strItem));
 }
