@@ -128,7 +128,7 @@ void CCircuitLibDlg::OnBtnModify() {
     OpenOrActivate(m_state.strWorkingFile, true);
     m_state.strDwgFile = m_state.strWorkingFile;
     PostCommandString(m_kind.kind == LibraryKind::Hole ? L"(Command)\nDrawingOpen\n"
-                                                        : L"(Command)\nLaySketchOpen\n");
+                                                       : L"(Command)\nLaySketchOpen\n");
     m_state.strDwgFile = strLibPath;
     CLibState& state = m_state;
     CMyFtpConnection* pFtp = m_pFtp;

@@ -113,20 +113,19 @@ TEST_F(ItemEditTest, NewItemCarriesItsPartsRecordAndMarkerAndReachesThePartsData
     ASSERT_TRUE(ReadDrawing(HoleRoot() + L"新孔.dwg", item));
     CStringArray pairs;
     ASSERT_TRUE(ReadRecommendedPairs(&item, pairs));
-    EXPECT_EQ(pairs, (CStringArray{L"推荐名称", L"断路器孔", L"推荐型号", L"新孔", L"推荐编码",
-                                   L"C-1"}));
+    EXPECT_EQ(pairs,
+              (CStringArray{L"推荐名称", L"断路器孔", L"推荐型号", L"新孔", L"推荐编码", L"C-1"}));
     EXPECT_EQ(item.insbase().x, 5.0); // the middle of the selection
     resbuf* pChain = nullptr;
-    EXPECT_EQ(ReadNamedXrecord(&item, TZ_DICITIONARY_PART2DATABASE, L"TZ_XRECORD_ONEPART2_1",
-                               pChain),
-              1);
+    EXPECT_EQ(
+        ReadNamedXrecord(&item, TZ_DICITIONARY_PART2DATABASE, L"TZ_XRECORD_ONEPART2_1", pChain), 1);
     CStringArray part;
     StringsFromChain(pChain, part);
     acutRelRb(pChain);
     EXPECT_EQ(part.at(3), L"KM1");
-    EXPECT_EQ(ReadNamedXrecord(&item, TZ_DICITIONARY_PART2DATABASE, L"TZ_XRECORD_ONEPART2_2",
-                               pChain),
-              0); // only the selected symbol's device
+    EXPECT_EQ(
+        ReadNamedXrecord(&item, TZ_DICITIONARY_PART2DATABASE, L"TZ_XRECORD_ONEPART2_2", pChain),
+        0); // only the selected symbol's device
     int nMarkers = 0, nInvisible = 0;
     ForEachModelSpaceEntity(&item, [&](AcDbObjectId, AcDbEntity& ent) {
         if (HasXData(&ent, TZ_KKDOTPT_FLAG) && IsDotEntity(&ent)) {
