@@ -17,6 +17,7 @@
 #include "drawingdata/RecordKeys.h"
 #include "drawingdata/Records.h"
 #include "editor/DocManager.h"
+#include "host/HostCommands.h"
 #include "host/HostEditor.h"
 #include "host/HostUi.h"
 
@@ -434,4 +435,119 @@ TEST_F(SharedItemEditTest, LayoutSaveFindsItsLockRevokedAndLeavesTheSiteAlone) {
               L"文件<LaySketch\\屏.dwg>的库修改作已被强制撤销，无法入库...");
     EXPECT_EQ(m_site.SiteBytes(L"LaySketch\\屏.dwg"), before);
     EXPECT_FALSE(IsDocumentOpen(strItem));
+}
+
+TEST_F(SharedItemEditTest, NewItemOverAnExistingOneKeepsItUntilTheCommitAndHandsOverTheRecord) {
+    DrawSchematic();
+    Open(&m_site.On(0));
+    std::string before = ReadBytes(m_site.Install(0, L"InstallHole\\板.dwg"));
+    m_host.m_answers = {IDYES};
+    CRecordingItemView& entry = StartNew(L"板");
+    EXPECT_EQ(ReadBytes(m_site.Install(0, L"InstallHole\\板.dwg")), before); // not deleted
+    EXPECT_EQ(g_HoleLib.strWorkingFile, m_site.Install(0, L"InstallHole\\板.dwg"));
+
+    entry.m_texts[611] = L"共享孔";
+    m_host.Feed({L"-5,-5", L"20,10"});
+    entry.m_pDlg->OnOK();
+    EXPECT_EQ(g_HoleLib.g_nFtpMode, 1);
+    EXPECT_EQ(g_HoleLib.strDwgFile, g_HoleLib.strWorkingFile);
+    EXPECT_NE(AllPosted().find(L"(Command)\nMakeSld\n"), std::wstring::npos);
+    STRUCT_HOLE_PART_ROW row;
+    ASSERT_TRUE(CSuiteMainLib::ReadRow(m_site.SitePath(L"Data\\TzMainLib.mdb"), L"板.dwg", row));
+    EXPECT_EQ(row.strName + L"|" + row.strModel, L"共享孔|板");
+    EXPECT_EQ(row.nFlag, 0);
+    EXPECT_FALSE(m_site.OnSite(L"Data\\TzMainLib.mdb.bak"));
+    EXPECT_FALSE(m_site.OnSite(L"InstallHole\\板.dwg.bak"));
+    // The drawing itself reaches the site with the slide, after this run.
+    EXPECT_EQ(m_site.SiteBytes(L"InstallHole\\板.dwg"), before);
+}
+
+TEST_F(SharedItemEditTest, LostServerTurnsTheNewItemIntoALocalOne) {
+    DrawSchematic();
+    Open(&m_site.On(0));
+    CRecordingItemView& entry = StartNew(L"离线");
+    m_site.m_server.Stop();
+    m_host.Feed({L"-5,-5", L"20,10"});
+    entry.m_pDlg->OnOK();
+    EXPECT_EQ(g_HoleLib.g_nFtpMode, 0);
+    ASSERT_FALSE(m_host.m_boxes.empty());
+    EXPECT_EQ(m_host.m_boxes[0].strText, L"\n网络无连接,请检查网络连接后再重试!");
+    EXPECT_EQ(m_host.m_boxes[0].nFlags, 16u);
+    EXPECT_EQ(g_HoleLib.strDwgFile, m_site.Install(0, L"InstallHole\\离线.dwg"));
+    EXPECT_TRUE(FsExists(g_HoleLib.strDwgFile));
+    STRUCT_HOLE_PART_ROW row;
+    EXPECT_TRUE(
+        CSuiteMainLib::ReadRow(m_site.Install(0, L"Data\\TzMainLib.mdb"), L"离线.dwg", row));
+}
+
+TEST_F(SharedItemEditTest, SaveRefusedWhileACommandRunsOrAnotherDrawingIsCurrent) {
+    CRecordingItemView& save = CheckOutOnA();
+    CItemDialog* pDlg = save.m_pDlg;
+    static CItemDialog* s_pDlg = nullptr;
+    s_pDlg = pDlg;
+    acedRegCmds()->AddCommand(L"QmTest", L"SAVEWHILE", L"SAVEWHILE", ACRX_CMD_MODAL,
+                              [] { s_pDlg->OnOK(); });
+    m_host.Run({L"SAVEWHILE"});
+    ASSERT_FALSE(m_host.m_boxes.empty());
+    EXPECT_EQ(m_host.m_boxes.back().strText, L"请结束当前执行命令SAVEWHILE！");
+    EXPECT_NE(g_HoleLib.pSaveDlg, nullptr); // the dialog stays
+    EXPECT_TRUE(m_site.OnSite(L"InstallHole\\板.dwg.bak"));
+    acedRegCmds()->RemoveGroup(L"QmTest");
+
+    // Another drawing made current: the dialog goes and the lock stays for a later edit.
+    m_host.m_editor.m_docs.NewDocument();
+    pDlg->OnOK();
+    EXPECT_EQ(g_HoleLib.pSaveDlg, nullptr);
+    EXPECT_EQ(m_host.m_boxes.back().strText,
+              L"文件 " + g_HoleLib.strWorkingFile + L" 不是当前文档，请选择或打开该文件后继续操作");
+    EXPECT_TRUE(m_pView->m_bVisible);
+    EXPECT_TRUE(m_site.OnSite(L"InstallHole\\板.dwg.bak"));
+}
+
+TEST_F(SharedItemEditTest, LayoutSaveCommitsItsCopyAndOffersRetryWhenTheSiteFails) {
+    std::wstring strItem = m_site.Install(0, L"LaySketch\\屏.dwg");
+    WriteEmptyDrawing(strItem);
+    m_site.PutOnSite(L"LaySketch\\屏.dwg", ReadBytes(strItem));
+    CLibState state;
+    state.g_nFtpMode = 1;
+    state.strRelDir = L"LaySketch\\";
+    state.strSelItem = L"屏.dwg";
+    state.strWorkingFile = strItem;
+    auto edit = [&] {
+        EXPECT_TRUE(m_site.On(0).CheckOutFile(strItem, L"LaySketch\\", L"屏.dwg"));
+        EXPECT_TRUE(OpenOrActivate(strItem, true));
+        auto* pDlg = new CLSFileSaveDlg(state, &m_site.On(0), MakeItemDialogView());
+        state.pSaveDlg = pDlg;
+        EXPECT_TRUE(pDlg->Create());
+        CRecordingItemView& view = *CRecordingItemView::s_pLast;
+        view.m_texts[608] = L"7";
+        view.m_texts[609] = L"8";
+        return pDlg;
+    };
+    edit()->OnOK();
+    EXPECT_EQ(state.pSaveDlg, nullptr);
+    AcDbDatabase site(false, true);
+    ASSERT_EQ(site.readDwgFile(m_site.SitePath(L"LaySketch\\屏.dwg").c_str()), Acad::eOk);
+    EXPECT_EQ(site.insbase().x, 7.0);
+    CStringArray pairs;
+    EXPECT_FALSE(ReadRecommendedPairs(&site, pairs)); // a layout item has no record
+    EXPECT_FALSE(m_site.OnSite(L"LaySketch\\屏.dwg.bak"));
+    EXPECT_FALSE(FsExists(m_site.Install(0, L"Temp\\屏.dwg")));
+    EXPECT_TRUE(FsIsDirectory(m_site.Install(0, L"TempFTP")));
+    EXPECT_TRUE(m_host.m_boxes.empty());
+
+    // The site goes away during the next edit: two failed commits, then the user gives up.
+    CLSFileSaveDlg* pDlg = edit();
+    m_site.m_server.Stop();
+    m_host.m_answers = {IDRETRY, IDCANCEL};
+    pDlg->OnOK();
+    int nRetryBoxes = 0;
+    for (const TEST_BOX& box : m_host.m_boxes)
+        if (box.strText == L"库文件LaySketch\\屏.dwg保存失败，是否重试？" && box.nFlags == 53u)
+            ++nRetryBoxes;
+    EXPECT_EQ(nRetryBoxes, 2);
+    EXPECT_EQ(state.pSaveDlg, nullptr);
+    AcDbDatabase local(false, true);
+    ASSERT_EQ(local.readDwgFile(strItem.c_str()), Acad::eOk); // the work is kept locally
+    EXPECT_EQ(local.insbase().y, 8.0);
 }
