@@ -249,6 +249,8 @@ TEST_F(ItemEditTest, SaveOfAnEditedItemRestoresTheUsersSaveSettings) {
     acedGetEnv(L"DefaultFormatForSave", strFormat);
     EXPECT_EQ(strFormat, L"48");
     EXPECT_FALSE(FsExists(HoleRoot() + L"改.bak"));
+    EXPECT_EQ(m_host.m_strPrinted.find(L"未知命令"), std::wstring::npos);
+    EXPECT_EQ(m_host.m_strPrinted.find(L"需要"), std::wstring::npos);
     EXPECT_TRUE(FsExists(HoleRoot() + L"改.sld"));
     AcDbDatabase item(false, true);
     ASSERT_TRUE(ReadDrawing(HoleRoot() + L"改.dwg", item));
