@@ -226,7 +226,9 @@ TEST_F(ItemEditTest, SaveOfAnEditedItemRestoresTheUsersSaveSettings) {
 
     SetIntVar(L"ISAVEBAK", 0);
     acedSetEnv(L"DefaultFormatForSave", L"48");
+    g_HoleLib.g_nFtpMode = 2; // the hole browser's handlers recompute it from the style
     m_pDlg->OnBtnModify();
+    EXPECT_EQ(g_HoleLib.g_nFtpMode, 0);
     EXPECT_FALSE(m_pView->m_bVisible);
     ASSERT_NE(g_HoleLib.pSaveDlg, nullptr);
     CRecordingItemView& save = *CRecordingItemView::s_pLast;
@@ -323,6 +325,35 @@ TEST_F(LayoutItemTest, NewLayoutItemHasNoRecordAndNoPartsDatabaseRow) {
     CStringArray pairs;
     EXPECT_FALSE(ReadRecommendedPairs(&item, pairs));
     EXPECT_FALSE(FsExists(m_dir / L"local\\Data\\TzMainLib.mdb"));
+}
+
+TEST_F(LayoutItemTest, LayoutModifyKeepsTheModeAndGivesTheFocusToTheDrawing) {
+    std::wstring strItem = LayoutRoot() + L"柜.dwg";
+    WriteEmptyDrawing(strItem);
+    m_state.strRoot = m_host.m_strLocal;
+    m_state.g_nFtpMode = 2; // read-only: only the layout browser's command changes it
+    auto pView = std::make_unique<CRecordingLibView>();
+    CRecordingLibView& view = *pView;
+    CLaySketchLibDlg browser(m_state, nullptr, std::move(pView));
+    m_state.pLibDlg = &browser;
+    ASSERT_TRUE(browser.Create());
+    browser.ReloadList();
+    browser.SelectListItem(L"柜.dwg");
+    browser.OnBtnModify();
+    EXPECT_EQ(m_state.g_nFtpMode, 2);
+    ASSERT_NE(m_state.pSaveDlg, nullptr);
+    CRecordingItemView& save = *CRecordingItemView::s_pLast;
+    EXPECT_EQ(save.m_tmpl.nTemplate, 407);
+    EXPECT_TRUE(save.m_strLog.ends_with(L"frame;"));
+    EXPECT_NE(AllPosted().find(L"(Command)\nLaySketchOpen\n"), std::wstring::npos);
+    EXPECT_FALSE(view.m_bVisible);
+
+    // Its Cancel needs no idle editor: it closes the drawing unsaved.
+    save.m_pDlg->OnCancel();
+    EXPECT_EQ(m_state.pSaveDlg, nullptr);
+    EXPECT_FALSE(IsDocumentOpen(strItem));
+    EXPECT_TRUE(view.m_bVisible);
+    m_state.pLibDlg = nullptr;
 }
 
 namespace {
