@@ -403,6 +403,7 @@ protected:
 TEST_F(SharedItemEditTest, CheckedOutItemIsRefusedElsewhereAndReachesTheOtherWorkstation) {
     CRecordingItemView& save = CheckOutOnA();
     EXPECT_TRUE(m_site.OnSite(L"InstallHole\\板.dwg.bak"));
+    EXPECT_GT(m_site.m_recorder.Count(L"GetFile InstallHole\\板.dwg"), 0); // downloaded
     EXPECT_EQ(g_HoleLib.strSelItem, L"板.dwg");
 
     // B asks for the same item and is told who holds it; it declines.
@@ -491,6 +492,7 @@ TEST_F(SharedItemEditTest, NewItemOverAnExistingOneKeepsItUntilTheCommitAndHands
     EXPECT_EQ(row.nFlag, 0);
     EXPECT_FALSE(m_site.OnSite(L"Data\\TzMainLib.mdb.bak"));
     EXPECT_FALSE(m_site.OnSite(L"InstallHole\\板.dwg.bak"));
+    EXPECT_EQ(m_host.m_boxes.size(), 1u); // only the question about the existing file
     // The drawing itself reaches the site with the slide, after this run.
     EXPECT_EQ(m_site.SiteBytes(L"InstallHole\\板.dwg"), before);
 }
@@ -583,4 +585,19 @@ TEST_F(SharedItemEditTest, LayoutSaveCommitsItsCopyAndOffersRetryWhenTheSiteFail
     AcDbDatabase local(false, true);
     ASSERT_EQ(local.readDwgFile(strItem.c_str()), Acad::eOk); // the work is kept locally
     EXPECT_EQ(local.insbase().y, 8.0);
+}
+
+TEST_F(SharedItemEditTest, ItemAlreadyOpenIsActivatedWithoutADownload) {
+    std::wstring strItem = m_site.Install(0, L"InstallHole\\板.dwg");
+    Open(&m_site.On(0));
+    ASSERT_TRUE(OpenOrActivate(strItem, true));
+    m_host.m_editor.m_docs.NewDocument(); // another drawing in front
+    m_pDlg->ReloadList();
+    m_pDlg->SelectListItem(L"板.dwg");
+    int nGets = m_site.m_recorder.Count(L"GetFile InstallHole");
+    m_pDlg->OnBtnModify();
+    EXPECT_EQ(m_site.m_recorder.Count(L"GetFile InstallHole"), nGets);
+    EXPECT_FALSE(m_site.OnSite(L"InstallHole\\板.dwg.bak"));
+    EXPECT_TRUE(EqualsNoCase(acDocManagerPtr()->mdiActiveDocument()->fileName(), strItem));
+    EXPECT_EQ(m_host.m_editor.m_docs.documentCount(), 3);
 }
