@@ -124,7 +124,17 @@ bool CEditorHost::NextLine(std::wstring& strLine, bool& bEcho) {
             Print(kPrompt);
         bPrompted = true;
         bEcho = m_bEchoInput;
-        LINE_READ read = m_source(strLine);
+        // While the editor waits for a command, the windows' handlers run in
+        // the application context, as the modeless windows of the suite expect.
+        LINE_READ read;
+        {
+            struct CContext {
+                CDocManager& docs;
+                explicit CContext(CDocManager& d) : docs(d) { docs.EnterApplicationContext(); }
+                ~CContext() { docs.LeaveApplicationContext(); }
+            } context(m_docs);
+            read = m_source(strLine);
+        }
         if (read != LINE_READ::Woken)
             return read == LINE_READ::Line;
     }

@@ -169,6 +169,13 @@ bool CEditorInput::PickWindow(const std::wstring& strText, AcDbObjectIdArray& id
     if (blank == std::wstring::npos || !ParsePointText(rest.substr(0, blank), nullptr, a) ||
         !ParsePointText(rest.substr(blank + 1), nullptr, b))
         return false;
+    AddInWindow(mode == L'C', a, b, ids);
+    return true;
+}
+
+// Adds each model-space entity inside the window (or, crossing, touching it) once.
+void CEditorInput::AddInWindow(bool bCrossing, const AcGePoint3d& a, const AcGePoint3d& b,
+                               AcDbObjectIdArray& ids) {
     double x0 = std::min(a.x, b.x), x1 = std::max(a.x, b.x);
     double y0 = std::min(a.y, b.y), y1 = std::max(a.y, b.y);
     for (AcDbObjectId id : ModelSpaceEntities()) {
@@ -179,11 +186,20 @@ bool CEditorInput::PickWindow(const std::wstring& strText, AcDbObjectIdArray& id
         const AcGePoint3d &lo = ext.minPoint(), &hi = ext.maxPoint();
         bool bInside = lo.x >= x0 && hi.x <= x1 && lo.y >= y0 && hi.y <= y1;
         bool bTouches = lo.x <= x1 && hi.x >= x0 && lo.y <= y1 && hi.y >= y0;
-        if ((bInside || (mode == L'C' && bTouches)) &&
+        if ((bInside || (bCrossing && bTouches)) &&
             std::find(ids.begin(), ids.end(), id) == ids.end())
             ids.push_back(id);
     }
-    return true;
+}
+
+int CEditorInput::SSGetWindow(const std::wstring& strMode, const AcGePoint3d& pt1,
+                              const AcGePoint3d& pt2, AcDbObjectIdArray& ids) {
+    ids.clear();
+    std::wstring strWord = StrMakeUpper(StrTrimLeft(StrTrim(strMode), L"_"));
+    if (strWord != L"W" && strWord != L"C")
+        return RTERROR;
+    AddInWindow(strWord == L"C", pt1, pt2, ids);
+    return ids.empty() ? RTERROR : RTNORM;
 }
 
 int CEditorInput::EntSel(const std::wstring& strPrompt, AcDbObjectId& id, AcGePoint3d& pt) {

@@ -43,6 +43,8 @@ public:
     int GetReal(const std::wstring& strPrompt, double& dValue) override;
     int EntSel(const std::wstring& strPrompt, AcDbObjectId& id, AcGePoint3d& pt) override;
     int SSGet(const std::wstring& strMode, AcDbObjectIdArray& ids) override;
+    int SSGetWindow(const std::wstring& strMode, const AcGePoint3d& pt1, const AcGePoint3d& pt2,
+                    AcDbObjectIdArray& ids) override;
     int DragGen(const AcDbObjectIdArray& ids, const std::wstring& strPrompt,
                 const DragSampler& sampler, AcGePoint3d& pt) override;
     int GrRead(int nTrack, int& nType, GRREAD_VALUE& value) override;
@@ -61,6 +63,8 @@ private:
     int ReadPoint(const AcGePoint3d* pBase, const std::wstring& strPrompt, AcGePoint3d& pt);
     bool Pick(const std::wstring& strText, AcDbObjectId& id);
     bool PickWindow(const std::wstring& strText, AcDbObjectIdArray& ids);
+    void AddInWindow(bool bCrossing, const AcGePoint3d& a, const AcGePoint3d& b,
+                     AcDbObjectIdArray& ids);
 
     CEditorHost& m_editor;
 };

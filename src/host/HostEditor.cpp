@@ -82,6 +82,10 @@ int acedEntSel(const std::wstring& strPrompt, AcDbObjectId& id, AcGePoint3d& pt)
 int acedSSGet(const std::wstring& strMode, AcDbObjectIdArray& ids) {
     return Input() ? Input()->SSGet(strMode, ids) : RTCAN;
 }
+int acedSSGet(const std::wstring& strMode, const AcGePoint3d& pt1, const AcGePoint3d& pt2,
+              AcDbObjectIdArray& ids) {
+    return Input() ? Input()->SSGetWindow(strMode, pt1, pt2, ids) : RTCAN;
+}
 int acedDragGen(const AcDbObjectIdArray& ids, const std::wstring& strPrompt,
                 const DragSampler& sampler, AcGePoint3d& pt) {
     return Input() ? Input()->DragGen(ids, strPrompt, sampler, pt) : RTCAN;

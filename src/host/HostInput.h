@@ -37,6 +37,12 @@ public:
     // Mode "X" takes every entity of model space without asking; otherwise
     // the user picks. RTNORM with at least one id, RTERROR with none.
     virtual int SSGet(const std::wstring& strMode, AcDbObjectIdArray& ids) = 0;
+    // Mode "W" takes what lies inside the window of the two corners, "C" also
+    // what crosses it; nothing is asked. RTNORM with at least one id.
+    virtual int SSGetWindow(const std::wstring& /*strMode*/, const AcGePoint3d& /*pt1*/,
+                            const AcGePoint3d& /*pt2*/, AcDbObjectIdArray& /*ids*/) {
+        return RTERROR;
+    }
     // RTNORM with the final point after the sampler saw it.
     virtual int DragGen(const AcDbObjectIdArray& ids, const std::wstring& strPrompt,
                         const DragSampler& sampler, AcGePoint3d& pt) = 0;
@@ -58,6 +64,8 @@ int acedGetString(bool bAllowSpaces, const std::wstring& strPrompt, std::wstring
 int acedGetReal(const std::wstring& strPrompt, double& dValue);
 int acedEntSel(const std::wstring& strPrompt, AcDbObjectId& id, AcGePoint3d& pt);
 int acedSSGet(const std::wstring& strMode, AcDbObjectIdArray& ids);
+int acedSSGet(const std::wstring& strMode, const AcGePoint3d& pt1, const AcGePoint3d& pt2,
+              AcDbObjectIdArray& ids);
 int acedDragGen(const AcDbObjectIdArray& ids, const std::wstring& strPrompt,
                 const DragSampler& sampler, AcGePoint3d& pt);
 int acedGrRead(int nTrack, int& nType, GRREAD_VALUE& value);

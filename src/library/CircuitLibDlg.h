@@ -80,6 +80,8 @@ public:
     bool IsIconic() override;
     void Restore() override;
     void DestroyWindow() override;
+    // Steps aside while an item is drawn or edited; Show brings it back.
+    void Hide();
     void ReloadList() override;
     void SelectListItem(const std::wstring& strName) override;
 

@@ -205,6 +205,39 @@ TEST(EditorHost, InputFunctionsAnswerFromTheCommandLine) {
     EXPECT_EQ(acedGrRead(7, nType, value), RTCAN); // input ended
     EXPECT_EQ(acedSSGet(L"X", ids), RTNORM);
     EXPECT_EQ(ids.size(), 2u);
+
+    // Selection by two corners, nothing asked: the moved circle spans 45..55.
+    const AcGePoint3d a(40, 40, 0), b(52, 70, 0);
+    EXPECT_EQ(acedSSGet(L"W", a, b, ids), RTERROR); // it is not inside
+    EXPECT_EQ(acedSSGet(L"C", a, b, ids), RTNORM);  // but it crosses
+    EXPECT_EQ(ids, (AcDbObjectIdArray{circleId}));
+    EXPECT_EQ(acedSSGet(L"_C", AcGePoint3d(0, 0, 0), AcGePoint3d(200, 200, 0), ids), RTNORM);
+    EXPECT_EQ(ids.size(), 2u);
+    EXPECT_EQ(acedSSGet(L"X", a, b, ids), RTERROR); // no window mode
+    EXPECT_TRUE(ids.empty());
+}
+
+// A window's handler runs while the editor waits for a command: it may open
+// drawings there, but not while a command's prompt waits.
+TEST(EditorHost, WaitForACommandIsTheApplicationContext) {
+    CTestHost ui;
+    CEditorHost editor(ui);
+    editor.m_docs.NewDocument();
+    std::vector<bool> contexts;
+    std::deque<std::wstring> typed{L"SETVAR", L"CMDECHO", L"1"};
+    editor.SetSource(
+        [&](std::wstring& s) {
+            contexts.push_back(editor.m_docs.isApplicationContext());
+            if (typed.empty())
+                return CEditorHost::LINE_READ::End;
+            s = typed.front();
+            typed.pop_front();
+            return CEditorHost::LINE_READ::Line;
+        },
+        false);
+    editor.RunLoop();
+    EXPECT_EQ(contexts, (std::vector<bool>{true, false, false, true}));
+    EXPECT_FALSE(editor.m_docs.isApplicationContext());
 }
 
 TEST(EditorHost, WorkPostedDuringAWaitRunsBeforeTheNextTypedLine) {

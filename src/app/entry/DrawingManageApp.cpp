@@ -6,6 +6,7 @@
 #include "app/entry/Commands.h"
 #include "host/HostServices.h"
 #include "library/LibraryFtp.h"
+#include "library/views/ItemDialogWindow.h"
 #include "library/views/LibBrowserFactory.h"
 
 namespace {
@@ -44,6 +45,7 @@ AcRx::AppRetCode CDrawingManageApp::On_kInitAppMsg(void* pkt) {
                       [] { return MakeCircuitLibDlg(g_HoleLib, GetLibraryFtp(g_HoleFtp)); });
     SetBrowserFactory(g_LayoutLib,
                       [] { return MakeLaySketchLibDlg(g_LayoutLib, GetLibraryFtp(g_LayoutFtp)); });
+    InstallItemDialogViews();
     return AcRxArxApp::On_kInitAppMsg(pkt);
 }
 
