@@ -347,13 +347,15 @@ void CCircuitLibDlg::InvalidateCells() {
     }
 }
 
+// Every paint shows the sixteen cells, empty ones included, even before any list was loaded.
 void CCircuitLibDlg::OnPaint() {
-    if (m_state.nNewState != 1)
-        return;
-    LoadList();
-    SelectListItem(m_state.strNewName);
-    m_state.nNewState = 0;
-    m_state.strNewName.clear();
+    if (m_state.nNewState == 1) {
+        LoadList();
+        SelectListItem(m_state.strNewName);
+        m_state.nNewState = 0;
+        m_state.strNewName.clear();
+    }
+    InvalidateCells();
 }
 
 void CCircuitLibDlg::FollowList() {

@@ -12,6 +12,8 @@
 #include "library/CircuitLibDlg.h"
 #include "library/views/LibBrowserWindow.h"
 #include "suite/SuiteConfig.h"
+#include "ui/views/MyListCtrl.h"
+#include "ui/views/SlideCtrl.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -24,6 +26,8 @@ struct SEEN {
     bool bVisible = false;
     QString title;
     QString root;
+    int nItems = -1;
+    uint nCellBackground = 0; // of the first cell
 };
 
 SEEN Look(CLibState& state) {
@@ -36,6 +40,8 @@ SEEN Look(CLibState& state) {
     seen.bVisible = pDialog->isVisible();
     seen.title = pDialog->windowTitle();
     seen.root = static_cast<QLineEdit*>(pDialog->m_controls[IDC_EDIT_ROOT])->text();
+    seen.nItems = pDialog->m_pList->topLevelItemCount();
+    seen.nCellBackground = pDialog->m_slides[0]->GetProperty(2).toUInt();
     return seen;
 }
 
@@ -59,7 +65,9 @@ TEST(LibraryDesktop, BothBrowsersOpenFromTheCommandLineAndComeBackAfterExit) {
     gui.Then([&] {
         layout = Look(g_LayoutLib);
         hole = Look(g_HoleLib);
+        // Both leave by the exit button: the hole browser's directory is remembered last.
         dynamic_cast<CCircuitLibDlg*>(g_LayoutLib.pLibDlg)->OnCommand(IDC_BTN_EXIT);
+        dynamic_cast<CCircuitLibDlg*>(g_HoleLib.pLibDlg)->OnCommand(IDC_BTN_EXIT);
         gui.Type("LaySketchManage");
     });
     gui.Then([&] { layoutAgain = Look(g_LayoutLib); });
@@ -68,9 +76,15 @@ TEST(LibraryDesktop, BothBrowsersOpenFromTheCommandLineAndComeBackAfterExit) {
     EXPECT_TRUE(layout.bVisible);
     EXPECT_EQ(layout.title, QStringLiteral("屏面布置图库管理"));
     EXPECT_EQ(layout.root, QString::fromStdWString(config.LocalInstallPath() + L"LaySketch\\"));
+    EXPECT_GT(layout.nItems, 0);
     EXPECT_TRUE(hole.bVisible);
     EXPECT_EQ(hole.title, QStringLiteral("开孔图库管理"));
+    // The remembered directory is the hole library's, which the layout library
+    // does not hold: the window opens with no directory and an empty list, its
+    // cells blank in the button face rather than black.
     EXPECT_TRUE(layoutAgain.bVisible);
+    EXPECT_EQ(layoutAgain.nItems, 0);
+    EXPECT_EQ(layoutAgain.nCellBackground, kCellEmpty);
 
     for (CLibState* pState : {&g_HoleLib, &g_LayoutLib}) {
         IModelessWindow* pWindow = pState->pLibDlg;
