@@ -126,27 +126,3 @@ TEST_F(CircuitLibSelectTest, DoubleClicksAndTheInsertHandlerConfirmInsteadOfInse
         EXPECT_EQ(Posted(), L""); // no insertion was handed over
     }
 }
-
-TEST_F(CircuitLibSelectTest, CancelAndTheCloseBoxTellTheOwnerAndStoreNothing) {
-    g_HoleLib.strPickedName = L"旧的.dwg";
-    CCircuitLibDlg& dlg = OpenSelecting(L"22mm按钮.dwg");
-    EXPECT_EQ(g_HoleLib.strPickedName, L""); // the constructor forgets the last pick
-    dlg.OnCommand(IDC_BTN_RENAME);
-    EXPECT_EQ(m_log.posted, std::vector<unsigned>{WM_LIB_CANCELLED});
-    EXPECT_EQ(g_HoleLib.pLibDlg, nullptr);
-
-    m_log = OWNER_LOG();
-    OpenSelecting(L"22mm按钮.dwg").OnClose();
-    EXPECT_EQ(m_log.posted, std::vector<unsigned>{WM_LIB_CANCELLED});
-    EXPECT_EQ(g_HoleLib.strPickedName, L"");
-    EXPECT_EQ(g_HoleLib.pLibDlg, nullptr);
-}
-
-TEST_F(CircuitLibSelectTest, AnOwnerThatIsGoneGetsNothingAndNoNameIsStored) {
-    CCircuitLibDlg& dlg = OpenSelecting(L"22mm按钮.dwg");
-    m_log.bAlive = false;
-    dlg.OnCommand(IDC_BTN_EXIT);
-    EXPECT_TRUE(m_log.posted.empty());
-    EXPECT_EQ(g_HoleLib.strPickedName, L"");
-    EXPECT_EQ(g_HoleLib.pLibDlg, nullptr); // the window goes all the same
-}
