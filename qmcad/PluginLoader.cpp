@@ -12,15 +12,16 @@ bool CPluginLoader::Load(const std::string& osPath, const HOST_SERVICES& service
     Unload();
     // A module's windows may outlive its unload (the layout browser stays open
     // on purpose) and belong to the frame until it goes: its code stays mapped.
-    m_pHandle = ::dlopen(osPath.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+    // Global, so that sibling modules find each other's exports by name.
+    m_pHandle = ::dlopen(osPath.c_str(), RTLD_NOW | RTLD_GLOBAL | RTLD_NODELETE);
     if (!m_pHandle) {
         const char* err = ::dlerror();
         m_strError = err ? err : "cannot open " + osPath;
         return false;
     }
     m_pEntry = reinterpret_cast<EntryPoint>(::dlsym(m_pHandle, "acrxEntryPoint"));
-    if (!m_pEntry) {
-        m_strError = osPath + " has no acrxEntryPoint";
+    if (!m_pEntry || !::dlsym(m_pHandle, "acrxGetApiVersion")) {
+        m_strError = osPath + (m_pEntry ? " has no acrxGetApiVersion" : " has no acrxEntryPoint");
         ::dlclose(m_pHandle);
         m_pHandle = nullptr;
         return false;

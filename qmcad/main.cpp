@@ -28,7 +28,9 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -36,7 +38,7 @@ struct OPTIONS {
     std::string strDemoDir;
     std::string strConfigFile = CSuiteConfig::DefaultConfigFile();
     std::string strScript;
-    std::string strModule;
+    std::vector<std::string> modules;
     std::string strOpen; // a drawing to open at start
     std::string strScreenshots;
     bool bConsole = false;
@@ -44,7 +46,7 @@ struct OPTIONS {
 
 int Usage() {
     std::fputs("usage: qmcad [--console] [--demo DIR] [--config FILE] [--script FILE] "
-               "[--module PATH] [--screenshots DIR] [FILE.dwg]\n       qmcad --export-panels "
+               "[--module PATH]... [--screenshots DIR] [FILE.dwg]\n       qmcad --export-panels "
                "DRAWING DIR\n",
                stderr);
     return 2;
@@ -70,16 +72,15 @@ bool ParseOptions(int argc, char** argv, OPTIONS& opt) {
         else if (arg == "--script")
             opt.strScript = argv[++i];
         else if (arg == "--module")
-            opt.strModule = argv[++i];
+            opt.modules.push_back(argv[++i]);
         else if (arg == "--screenshots")
             opt.strScreenshots = argv[++i];
         else
             return false;
     }
-    if (opt.strModule.empty()) {
-        opt.strModule = EnvText("QMCAD_MODULE");
-        if (opt.strModule.empty())
-            opt.strModule = QMCAD_DEFAULT_MODULE;
+    if (opt.modules.empty()) {
+        std::string strModule = EnvText("QMCAD_MODULE");
+        opt.modules.push_back(strModule.empty() ? QMCAD_DEFAULT_MODULE : strModule);
     }
     return true;
 }
@@ -162,6 +163,33 @@ int ExportPanelsBatch(const char* pszDrawing, const char* pszDir) {
     return nWritten > 0 ? 0 : 1;
 }
 
+// The modules, each loaded as the editor loads an application; the first that
+// fails ends the start with the reason.
+class CModules {
+public:
+    ~CModules() { Unload(); }
+    bool Load(const std::vector<std::string>& paths, const HOST_SERVICES& services) {
+        for (const std::string& strPath : paths) {
+            m_loaded.push_back(std::make_unique<CPluginLoader>());
+            if (!m_loaded.back()->Load(strPath, services)) {
+                std::fprintf(stderr, "qmcad: %s\n", m_loaded.back()->LastError().c_str());
+                m_loaded.pop_back();
+                return false;
+            }
+        }
+        return true;
+    }
+    void Unload() {
+        while (!m_loaded.empty()) {
+            m_loaded.back()->Unload();
+            m_loaded.pop_back();
+        }
+    }
+
+private:
+    std::vector<std::unique_ptr<CPluginLoader>> m_loaded;
+};
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -222,11 +250,9 @@ int main(int argc, char** argv) {
     OpenStartDocument(editor, ui, opt.strOpen);
     PrintDemoSummary(config);
 
-    CPluginLoader module;
-    if (!module.Load(opt.strModule, services)) {
-        std::fprintf(stderr, "qmcad: %s\n", module.LastError().c_str());
+    CModules module;
+    if (!module.Load(opt.modules, services))
         return 1;
-    }
     if (bScreenshots) {
         bool bOk = WriteScreenshots(*pWindow, editor, opt.strScreenshots);
         module.Unload();

@@ -14,6 +14,10 @@ class ISuiteLabelNames;
 class ISuiteMainLib;
 class ISuiteDoubleClick;
 
+// What a module's acrxGetApiVersion answers; the loader refuses a module
+// that does not export it.
+inline constexpr int kHostApiVersion = 18;
+
 // Plain pointers owned by the host; a null entry is a service the host
 // does not offer, and every call through it fails plainly.
 struct HOST_SERVICES {

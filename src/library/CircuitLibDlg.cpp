@@ -84,7 +84,8 @@ void SetLibItemOperations(ILibItemOperations* pOps) {
 LIB_BROWSER_KIND LIB_BROWSER_KIND::Hole() {
     LIB_BROWSER_KIND kind;
     kind.ownCommands = {L"DrawingOpen", L"DrawingInsert", L"MakeSld", L"DRAWINGMANAGE"};
-    kind.texts = {L"开孔图库管理", L"炸开开孔图块", L"目录同步到屏面布置图库", IDM_DIR_SYNC};
+    kind.texts = {L"开孔图库管理", L"炸开开孔图块", L"目录同步到屏面布置图库", IDM_DIR_SYNC,
+                  LIB_BROWSER_IDS{}};
     return kind;
 }
 
@@ -97,10 +98,35 @@ LIB_BROWSER_KIND LIB_BROWSER_KIND::Layout() {
     kind.pszRelDirTwin = L"InstallHole\\";
     kind.pszInsertCommand = L"(Command)\nLaySketchInsert\n";
     kind.ownCommands = {L"LaySketchOpen", L"LaySketchInsert", L"LaySketchMakeSld"};
+    kind.pszLibName = L"LaySketch";
     kind.bRecomputeModeInHandlers = false;
     kind.bServerDirRename = false;
-    kind.texts = {L"屏面布置图库管理", L"炸开屏面图块", L"目录同步到开孔图库", IDM_DIR_SYNC_LAYOUT};
+    kind.texts.strTitle = L"屏面布置图库管理";
+    kind.texts.strExplode = L"炸开屏面图块";
+    kind.texts.strSyncMenu = L"目录同步到开孔图库";
+    kind.texts.nSyncMenuId = IDM_DIR_SYNC_LAYOUT;
+    kind.texts.ids = {319, 539, 540, 541, 542, 601, 602};
     return kind;
+}
+
+int LIB_BROWSER_IDS::TemplateId(int nRole) const {
+    const std::pair<int, int> pairs[] = {{IDC_LIST, nList},         {IDC_BTN_INSERT, nInsert},
+                                         {IDC_BTN_NEW, nNew},       {IDC_BTN_MODIFY, nModify},
+                                         {IDC_BTN_DELETE, nDelete}, {IDC_BTN_RENAME, nRename}};
+    for (auto [nHole, nOwn] : pairs)
+        if (nHole == nRole)
+            return nOwn;
+    return nRole;
+}
+
+int LIB_BROWSER_IDS::RoleId(int nTemplateId) const {
+    const std::pair<int, int> pairs[] = {{IDC_LIST, nList},         {IDC_BTN_INSERT, nInsert},
+                                         {IDC_BTN_NEW, nNew},       {IDC_BTN_MODIFY, nModify},
+                                         {IDC_BTN_DELETE, nDelete}, {IDC_BTN_RENAME, nRename}};
+    for (auto [nHole, nOwn] : pairs)
+        if (nOwn == nTemplateId)
+            return nHole;
+    return nTemplateId;
 }
 
 CCircuitLibDlg::CCircuitLibDlg(CLibState& state, CMyFtpConnection* pFtp,
@@ -108,6 +134,7 @@ CCircuitLibDlg::CCircuitLibDlg(CLibState& state, CMyFtpConnection* pFtp,
     : m_state(state), m_pFtp(pFtp), m_pView(std::move(pView)), m_kind(std::move(kind)) {
     m_strRoot = Format(m_kind.pszRootFormat, m_state.strRoot);
     m_strCurDir = m_strRoot;
+    m_state.strPickedName.clear();
     ReadHistory();
 }
 
@@ -320,13 +347,15 @@ void CCircuitLibDlg::InvalidateCells() {
     }
 }
 
+// Every paint shows the sixteen cells, empty ones included, even before any list was loaded.
 void CCircuitLibDlg::OnPaint() {
-    if (m_state.nNewState != 1)
-        return;
-    LoadList();
-    SelectListItem(m_state.strNewName);
-    m_state.nNewState = 0;
-    m_state.strNewName.clear();
+    if (m_state.nNewState == 1) {
+        LoadList();
+        SelectListItem(m_state.strNewName);
+        m_state.nNewState = 0;
+        m_state.strNewName.clear();
+    }
+    InvalidateCells();
 }
 
 void CCircuitLibDlg::FollowList() {
@@ -419,7 +448,7 @@ void CCircuitLibDlg::OnSlideLButtonDown(int nCell) {
 void CCircuitLibDlg::OnSlideLButtonDblClk(int nCell) {
     int nIndex = m_Names.empty() ? -1 : GetCellNameIndex(nCell, m_nPage);
     if (nIndex >= 0 && nIndex < static_cast<int>(m_Names.size()))
-        OnBtnInsert();
+        OnCommand(IDC_BTN_INSERT);
 }
 
 void CCircuitLibDlg::OnSlideRButtonDown(int nCell) {
@@ -439,7 +468,7 @@ void CCircuitLibDlg::OnBackgroundClick(int nCell, bool bDouble) {
     if (!bDouble)
         SelectCell(nCell);
     else
-        OnBtnInsert();
+        OnCommand(IDC_BTN_INSERT);
 }
 
 void CCircuitLibDlg::OnChangeSearch() {
@@ -551,6 +580,8 @@ void CCircuitLibDlg::OnBtnExit() {
 
 // No history is written and the connection stays open.
 void CCircuitLibDlg::OnClose() {
+    if (m_bSelectMode)
+        return OnSelectCancel();
     m_state.ResetHandOver();
     DestroySelf();
 }
@@ -568,6 +599,9 @@ void CCircuitLibDlg::OnCommand(int nId) {
         else
             (this->*pfnOwn)();
     };
+    nId = m_kind.texts.ids.RoleId(nId);
+    if (m_bSelectMode && OnSelectCommand(nId))
+        return;
     switch (nId) {
     case IDC_BTN_INSERT:
         return OnBtnInsert();
@@ -628,7 +662,7 @@ void CCircuitLibDlg::OnCommand(int nId) {
 }
 
 void CCircuitLibDlg::OnDblclkList() {
-    OnBtnInsert();
+    OnCommand(IDC_BTN_INSERT);
 }
 
 void CCircuitLibDlg::OnKeydownList(bool bDeleteKey) {

@@ -3,6 +3,7 @@
 
 #include "app/ModelessWindow.h"
 #include "library/LibBrowserView.h"
+#include "library/LibSelectOwner.h"
 #include "library/LibraryListOrder.h"
 #include "library/LibraryRules.h"
 
@@ -49,6 +50,7 @@ struct LIB_BROWSER_KIND {
     const wchar_t* pszRootFormat = L"%sInstallHole\\";
     const wchar_t* pszRelDir = L"InstallHole\\";
     const wchar_t* pszRelDirTwin = L"LaySketch\\";
+    const wchar_t* pszLibName = L"InstallHole"; // the root's own name in select mode
     const wchar_t* pszInsertCommand = L"(Command)\nDrawingInsert\n";
     std::vector<std::wstring> ownCommands; // not cancelled when the mouse comes over
     bool bRecomputeModeInHandlers = true;
@@ -131,6 +133,11 @@ public:
 
     // Sets a cell's slide again, so that its control reads the file anew.
     void RefreshCell(int nCell);
+    // Select mode (CircuitLibSelect.cpp): the window picks a name for a sibling module.
+    void SetSelectOwner(void* pOwner, std::unique_ptr<ILibSelectOwner> hOwner);
+    void PrepareSelectMode(const std::wstring& strName);
+    void OnSelectOK();
+    void OnSelectCancel();
 
     // The gates of the item operations, in their order; false ends the operation.
     bool PassGates(unsigned nGates);
@@ -148,6 +155,7 @@ public:
     int m_nDisplayMode = 2;
     int m_bSelectMode = 0;
     void* m_pOwner = nullptr;
+    std::unique_ptr<ILibSelectOwner> m_hOwner;
     std::wstring m_strMsg;
     std::wstring m_strRoot;
     double m_dAngle = 0.0;
@@ -202,6 +210,10 @@ private:
     bool SaveCurrentAs(CCirNewDlg& dlg);
     void CommitThroughScratch(const std::wstring& strFile, const std::wstring& strName,
                               bool bExisted);
+    bool OnSelectCommand(int nId);
+    void ExpandTreeAll(int nItem);
+    int FindTreeItemByPrefix(int nItem, const std::wstring& strPrefix) const;
+    void SelectTreeItem(int nItem);
 
     CLibState& m_state;
     CMyFtpConnection* m_pFtp;

@@ -84,12 +84,30 @@ struct MENU_ENTRY {
     bool bGrayed = false;
 };
 
+// The template and the controls whose ids differ between the two browsers.
+// The browser speaks of a control by the hole template's id (its role); the
+// window gives each control its own template's id.
+struct LIB_BROWSER_IDS {
+    int nTemplate = 102;
+    int nList = IDC_LIST;
+    int nInsert = IDC_BTN_INSERT;
+    int nNew = IDC_BTN_NEW;
+    int nModify = IDC_BTN_MODIFY;
+    int nDelete = IDC_BTN_DELETE;
+    int nRename = IDC_BTN_RENAME;
+    // The template's id of a role; ids that do not differ stay as they are.
+    int TemplateId(int nRole) const;
+    // The role of a template's id; ids that do not differ stay as they are.
+    int RoleId(int nTemplateId) const;
+};
+
 // The texts that tell the two browsers apart on the screen.
 struct LIB_BROWSER_TEXTS {
     std::wstring strTitle;
     std::wstring strExplode;
     std::wstring strSyncMenu;
     int nSyncMenuId = IDM_DIR_SYNC;
+    LIB_BROWSER_IDS ids;
 };
 
 class ILibBrowserView {
@@ -112,6 +130,7 @@ public:
     virtual void SetCheck(int nId, bool bChecked) = 0;
     virtual void Enable(int nId, bool bEnable) = 0;
     virtual void SetFocus(int nId) = 0;
+    virtual void ShowControl(int nId, bool bShow) = 0;
 
     // The directory tree, by ids the browser hands out; 0 is no parent.
     virtual void TreeReset() = 0;

@@ -42,6 +42,7 @@ public:
     void SetCheck(int nId, bool bChecked) override { m_check[nId] = bChecked; }
     void Enable(int nId, bool bEnable) override { m_enabled[nId] = bEnable; }
     void SetFocus(int nId) override { m_nFocus = nId; }
+    void ShowControl(int nId, bool bShow) override { m_shown[nId] = bShow; }
     void TreeReset() override { m_tree.clear(); }
     void TreeInsert(int nId, int nParent, const std::wstring& strText, bool bExpandable) override {
         m_tree[nId] = {nParent, strText, bExpandable, false};
@@ -119,6 +120,7 @@ public:
     std::map<int, std::wstring> m_text;
     std::map<int, bool> m_check;
     std::map<int, bool> m_enabled;
+    std::map<int, bool> m_shown; // controls shown or hidden after creation
     int m_nFocus = 0;
     std::map<int, RECORDED_TREE_ITEM> m_tree;
     std::map<int, std::vector<int>> m_childOrder;

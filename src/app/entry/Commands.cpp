@@ -72,6 +72,12 @@ void SetBrowserFactory(CLibState& state, const ModelessFactory& factory) {
     (&state == &g_LayoutLib ? g_layoutFactory : g_holeFactory) = factory;
 }
 
+void RaiseLibraryBrowser(CLibState& state) {
+    bool bLayout = &state == &g_LayoutLib;
+    CreateBrowser(state, bLayout ? g_layoutFactory : g_holeFactory,
+                  bLayout ? L"CLaySketchLibDlg" : L"CCircuitLibDlg");
+}
+
 namespace {
 
 // What differs between the two browser starts.

@@ -27,3 +27,5 @@ void CmdLaySketchMakeSld();
 // Where the browser classes come in: each library's window is made by its
 // factory. Without one, allocation fails and the frame says so.
 void SetBrowserFactory(CLibState& state, const ModelessFactory& factory);
+// Raises the library's browser, or creates it with its factory.
+void RaiseLibraryBrowser(CLibState& state);

@@ -1,4 +1,4 @@
-// The module's one export for the host: the entry that receives the host's messages.
+// The module's exports for the host: its entry for the host's messages, and its API version.
 #include "app/entry/DrawingManageApp.h"
 
 #include "host/HostServices.h"
@@ -14,4 +14,9 @@ acrxEntryPoint(AcRx::AppMsgCode msg, void* pkt) {
     if (msg == AcRx::kUnloadAppMsg)
         SetHostServices(HOST_SERVICES{});
     return ret;
+}
+
+// The loader asks for it beside the entry; it carries nothing of this module.
+extern "C" __attribute__((visibility("default"))) int acrxGetApiVersion() {
+    return kHostApiVersion;
 }

@@ -86,7 +86,11 @@ CLibBrowserDialog::CLibBrowserDialog(QWidget* pParent, const LIB_BROWSER_TEXTS& 
     pRight->addWidget(BuildCells());
     pRight->addWidget(BuildFields(texts));
     pLayout->addLayout(pRight, 1);
-    Connect();
+    // Each control carries its own template's id; the browser is told of clicks by it.
+    setProperty("templateId", texts.ids.nTemplate);
+    for (auto& [nRole, pWidget] : m_controls)
+        pWidget->setProperty("controlId", texts.ids.TemplateId(nRole));
+    Connect(texts.ids);
     Watch(this);
 }
 
@@ -202,7 +206,7 @@ QWidget* CLibBrowserDialog::BuildFields(const LIB_BROWSER_TEXTS& texts) {
     return pBox;
 }
 
-void CLibBrowserDialog::Connect() {
+void CLibBrowserDialog::Connect(const LIB_BROWSER_IDS& ids) {
     connect(m_pTree, &CDirTreeCtrl::SelChanged, this,
             [this](int nId) { Call([&](CCircuitLibDlg& b) { b.OnSelchangedTree(nId); }); });
     connect(m_pTree, &CDirTreeCtrl::ItemExpanded, this, [this](int nId, bool bExpanded) {
@@ -237,7 +241,7 @@ void CLibBrowserDialog::Connect() {
     }
     for (auto& [nId, pWidget] : m_controls) {
         if (auto* pButton = qobject_cast<QAbstractButton*>(pWidget)) {
-            int nCommand = nId;
+            int nCommand = ids.TemplateId(nId);
             connect(pButton, &QAbstractButton::clicked, this,
                     [this, nCommand] { Call([&](CCircuitLibDlg& b) { b.OnCommand(nCommand); }); });
         }
@@ -401,6 +405,11 @@ void CLibBrowserWindow::Enable(int nId, bool bEnable) {
 void CLibBrowserWindow::SetFocus(int nId) {
     if (QWidget* pControl = Control(nId))
         pControl->setFocus();
+}
+
+void CLibBrowserWindow::ShowControl(int nId, bool bShow) {
+    if (QWidget* pControl = Control(nId))
+        pControl->setVisible(bShow);
 }
 
 void CLibBrowserWindow::TreeReset() {

@@ -33,7 +33,7 @@ public:
     CSlideCtrl* m_slides[16] = {};
     CDwgPreviewCell* m_frames[16] = {};
     QLabel* m_labels[16] = {};
-    std::map<int, QWidget*> m_controls; // by control id
+    std::map<int, QWidget*> m_controls; // by the hole template's control id (the role)
     bool m_bIconic = false;
 
 protected:
@@ -46,7 +46,7 @@ private:
     QWidget* BuildLeft();
     QWidget* BuildCells();
     QWidget* BuildFields(const LIB_BROWSER_TEXTS& texts);
-    void Connect();
+    void Connect(const LIB_BROWSER_IDS& ids);
     void Watch(QWidget* pWidget);
     template <class F> void Call(F f) {
         if (m_pBrowser)
@@ -74,6 +74,7 @@ public:
     void SetCheck(int nId, bool bChecked) override;
     void Enable(int nId, bool bEnable) override;
     void SetFocus(int nId) override;
+    void ShowControl(int nId, bool bShow) override;
     void TreeReset() override;
     void TreeInsert(int nId, int nParent, const std::wstring& strText, bool bExpandable) override;
     void TreeRemove(int nId) override;

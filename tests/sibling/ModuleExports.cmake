@@ -1,0 +1,21 @@
+# The module exports exactly the host's entry, its API version and the four exports for siblings
+# (the linker's own bounds symbols aside).
+execute_process(COMMAND nm -D --defined-only ${MODULE} OUTPUT_VARIABLE out RESULT_VARIABLE rc)
+if(NOT rc EQUAL 0)
+  message(FATAL_ERROR "nm failed on ${MODULE}")
+endif()
+string(REGEX MATCHALL "[^\n]+" lines "${out}")
+set(names)
+foreach(line IN LISTS lines)
+  string(REGEX REPLACE "^.* " "" name "${line}")
+  if(NOT name MATCHES "^(__bss_start|_edata|_end)$")
+    list(APPEND names ${name})
+  endif()
+endforeach()
+list(SORT names)
+set(expected TzGetInstallHoleDwgFile TzGetLSDwgFile TzGetSelectHoleFileName TzGetSelectLSName
+  acrxEntryPoint acrxGetApiVersion)
+list(SORT expected)
+if(NOT names STREQUAL expected)
+  message(FATAL_ERROR "exports of ${MODULE}: ${names}; expected: ${expected}")
+endif()
