@@ -1,0 +1,162 @@
+// Cutouts, panel faces and slides of the demo, drawn entity by entity.
+#include "demo/DemoDrawings.h"
+
+#include "solid/OcctModeler.h"
+#include "view/DisplayList.h"
+#include "view/SlideOut.h"
+
+#include "host/db/AcDb.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr short kCutColour = 7, kAxisColour = 1, kLabelColour = 3, kPlateColour = 5;
+
+void Append(AcDbBlockTableRecord* pSpace, AcDbEntity* pEnt, short nColour) {
+    AcDbObjectId id;
+    pEnt->setColorIndex(nColour);
+    if (pSpace->appendAcDbEntity(id, pEnt) == Acad::eOk)
+        pEnt->close();
+    else
+        delete pEnt;
+}
+
+// A rectangle centred on c; with bSlot its short ends are half circles.
+AcDbPolyline* Outline(const AcGePoint2d& c, double w, double h, bool bSlot) {
+    auto* pLine = new AcDbPolyline;
+    double r = bSlot ? std::min(w, h) / 2 : 0;
+    double bulge = bSlot ? 1.0 : 0.0;
+    bool bWide = w >= h;
+    double rx = bWide ? r : 0, ry = bWide ? 0 : r;
+    pLine->addVertexAt(0, AcGePoint2d(c.x - w / 2 + rx, c.y - h / 2 + ry), bWide ? 0.0 : bulge);
+    pLine->addVertexAt(1, AcGePoint2d(c.x + w / 2 - rx, c.y - h / 2 + ry), bWide ? bulge : 0.0);
+    pLine->addVertexAt(2, AcGePoint2d(c.x + w / 2 - rx, c.y + h / 2 - ry), bWide ? 0.0 : bulge);
+    pLine->addVertexAt(3, AcGePoint2d(c.x - w / 2 + rx, c.y + h / 2 - ry), bWide ? bulge : 0.0);
+    pLine->setClosed(true);
+    return pLine;
+}
+
+AcDbEntity* Circle(double x, double y, double d) {
+    return new AcDbCircle(AcGePoint3d(x, y, 0), d / 2);
+}
+
+void FixingHoles(AcDbBlockTableRecord* pSpace, const DEMO_CUTOUT& item, double x, double y) {
+    if (item.dFixD <= 0)
+        return;
+    double dx = item.dFixX / 2, dy = item.dFixY / 2;
+    Append(pSpace, Circle(x - dx, y - dy, item.dFixD), kCutColour);
+    Append(pSpace, Circle(x + dx, y - dy, item.dFixD), kCutColour);
+    if (item.dFixY <= 0)
+        return;
+    Append(pSpace, Circle(x - dx, y + dy, item.dFixD), kCutColour);
+    Append(pSpace, Circle(x + dx, y + dy, item.dFixD), kCutColour);
+}
+
+// The cutout's extent, fixing holes included, for its centre lines and label.
+void Extent(const DEMO_CUTOUT& item, double& w, double& h) {
+    w = item.dW;
+    h = item.eShape == CUTOUT_SHAPE::Circle ? item.dW : item.dH;
+    if (item.dFixD > 0) {
+        w = std::max(w, item.dFixX + item.dFixD);
+        h = std::max(h, item.dFixY + item.dFixD);
+    }
+}
+
+void MainOpening(AcDbBlockTableRecord* pSpace, const DEMO_CUTOUT& item, double x, double y) {
+    switch (item.eShape) {
+    case CUTOUT_SHAPE::Circle:
+        Append(pSpace, Circle(x, y, item.dW), kCutColour);
+        break;
+    case CUTOUT_SHAPE::Rect:
+    case CUTOUT_SHAPE::Slot:
+        Append(pSpace, Outline({x, y}, item.dW, item.dH, item.eShape == CUTOUT_SHAPE::Slot),
+               kCutColour);
+        break;
+    case CUTOUT_SHAPE::Solid: {
+        // Deeper than any plate, so that the subtraction goes through.
+        auto* pSolid = new AcDb3dSolid;
+        if (pSolid->createBox(item.dW, item.dH, 20) != Acad::eOk ||
+            pSolid->transformBy(AcGeMatrix3d::translation({x, y, -5})) != Acad::eOk) {
+            delete pSolid;
+            break;
+        }
+        Append(pSpace, pSolid, kCutColour);
+        break;
+    }
+    case CUTOUT_SHAPE::None:
+        break;
+    }
+}
+
+// Labels no lower than dMinText, so that they still read on a large face.
+void DrawCutout(AcDbBlockTableRecord* pSpace, const DEMO_CUTOUT& item, double x, double y,
+                double dMinText) {
+    MainOpening(pSpace, item, x, y);
+    FixingHoles(pSpace, item, x, y);
+    double w = 0, h = 0;
+    Extent(item, w, h);
+    Append(pSpace, new AcDbLine(AcGePoint3d(x - w * 0.65, y, 0), AcGePoint3d(x + w * 0.65, y, 0)),
+           kAxisColour);
+    Append(pSpace, new AcDbLine(AcGePoint3d(x, y - h * 0.65, 0), AcGePoint3d(x, y + h * 0.65, 0)),
+           kAxisColour);
+    if (!*item.pszLabel)
+        return;
+    auto* pText = new AcDbText;
+    pText->setTextString(item.pszLabel);
+    pText->setHeight(std::max(dMinText, std::min(w, h) * 0.18));
+    pText->setHorizontalMode(AcDb::kTextCenter);
+    pText->setAlignmentPoint(AcGePoint3d(x, y - h * 0.65 - pText->height() * 1.4, 0));
+    pText->setPosition(pText->alignmentPoint());
+    Append(pSpace, pText, kLabelColour);
+}
+
+template <class Fill> bool WriteDrawing(const std::wstring& strPath, Fill fill) {
+    AcDbDatabase db(true);
+    AcDbBlockTableRecord* pSpace = nullptr;
+    if (acdbOpenObject(pSpace, db.modelSpaceId(), AcDb::kForWrite) != Acad::eOk)
+        return false;
+    fill(pSpace);
+    pSpace->close();
+    return db.saveAs(strPath.c_str()) == Acad::eOk;
+}
+
+} // namespace
+
+bool WriteCutoutDrawing(const std::wstring& strPath, const DEMO_CUTOUT& item) {
+    return WriteDrawing(strPath,
+                        [&](AcDbBlockTableRecord* pSpace) { DrawCutout(pSpace, item, 0, 0, 2.5); });
+}
+
+bool WriteLayoutDrawing(const std::wstring& strPath, const DEMO_LAYOUT& layout) {
+    return WriteDrawing(strPath, [&](AcDbBlockTableRecord* pSpace) {
+        auto* pPlate = Outline({layout.dW / 2, layout.dH / 2}, layout.dW, layout.dH, false);
+        pPlate->setConstantWidth(std::max(layout.dW, layout.dH) / 400);
+        Append(pSpace, pPlate, kPlateColour);
+        auto* pCaption = new AcDbText;
+        pCaption->setTextString(layout.pszCaption);
+        pCaption->setHeight(std::max(layout.dW, layout.dH) / 40);
+        pCaption->setPosition(AcGePoint3d(0, layout.dH + pCaption->height(), 0));
+        Append(pSpace, pCaption, kLabelColour);
+        for (size_t i = 0; i < layout.nPlaces; ++i) {
+            const DEMO_PLACE& place = layout.pPlaces[i];
+            if (const DEMO_CUTOUT* pItem = FindDemoCutout(place.pszCutout))
+                DrawCutout(pSpace, *pItem, place.x, place.y, std::max(layout.dW, layout.dH) / 100);
+        }
+    });
+}
+
+bool WriteDrawingSlide(const std::wstring& strDrawing, const std::wstring& strSlide) {
+    AcDbDatabase db(false, true);
+    if (db.readDwgFile(strDrawing.c_str()) != Acad::eOk)
+        return false;
+    // The editor's default screen, the one MSLIDE uses without a window.
+    const int nWidth = 1024, nHeight = 768;
+    VIEW_STATE view;
+    CDisplayList list;
+    BuildDisplayList(db, view, &GetOcctModeler(), list);
+    ZoomViewToExtents(list, nWidth, nHeight, view);
+    CSlide slide;
+    MakeSlideOfView(ProjectDisplayList(list, view, nWidth, nHeight), slide);
+    return WriteSlideFile(strSlide, slide);
+}
