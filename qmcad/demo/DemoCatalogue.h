@@ -4,12 +4,13 @@
 
 #include <cstddef>
 
-// The opening a device needs in the plate, centred on the origin (millimetres, 1:1).
+// The opening a device needs in the plate, centred on the origin (millimetres, 1:1). Every
+// opening is drawn twice: its contour for the plan, and a solid through the plate for the 3D
+// view, which cuts with solids only.
 enum class CUTOUT_SHAPE {
     Circle, // diameter dW
     Rect,   // dW by dH
     Slot,   // dW by dH with round ends
-    Solid,  // a box dW by dH through the plate, dDepth deep: cut by the 3D view as it stands
     None,   // fixing holes only
 };
 

@@ -11,7 +11,8 @@
 
 namespace {
 
-constexpr short kCutColour = 7, kAxisColour = 1, kLabelColour = 3, kPlateColour = 5;
+constexpr short kCutColour = 7, kToolColour = 8, kAxisColour = 1, kLabelColour = 3,
+                kPlateColour = 5;
 
 void Append(AcDbBlockTableRecord* pSpace, AcDbEntity* pEnt, short nColour) {
     AcDbObjectId id;
@@ -37,20 +38,58 @@ AcDbPolyline* Outline(const AcGePoint2d& c, double w, double h, bool bSlot) {
     return pLine;
 }
 
-AcDbEntity* Circle(double x, double y, double d) {
-    return new AcDbCircle(AcGePoint3d(x, y, 0), d / 2);
+// A prism of the profile from above the plate to well below it, whatever the drawing's scale
+// and the plate's thickness: the 3D view subtracts it.
+void AppendTool(AcDbBlockTableRecord* pSpace, std::vector<PROFILE_SEGMENT> profile) {
+    for (PROFILE_SEGMENT& s : profile) {
+        s.a.z = s.b.z = s.centre.z = 5;
+    }
+    std::vector<std::string> body;
+    if (!GetOcctModeler().Extrude(profile, -20, body))
+        return;
+    auto* pSolid = new AcDb3dSolid;
+    pSolid->setBody(std::move(body));
+    Append(pSpace, pSolid, kToolColour);
+}
+
+void Circle(AcDbBlockTableRecord* pSpace, double x, double y, double d) {
+    Append(pSpace, new AcDbCircle(AcGePoint3d(x, y, 0), d / 2), kCutColour);
+    AcGePoint3d start(x + d / 2, y, 0);
+    AppendTool(pSpace, {{start, start, true, AcGePoint3d(x, y, 0), true}});
+}
+
+// The profile of a rectangle or slot centred on c, counter-clockwise.
+std::vector<PROFILE_SEGMENT> RectProfile(const AcGePoint2d& c, double w, double h, bool bSlot) {
+    double r = bSlot ? std::min(w, h) / 2 : 0;
+    bool bWide = w >= h;
+    double rx = bWide ? r : 0, ry = bWide ? 0 : r;
+    AcGePoint3d p0(c.x - w / 2 + rx, c.y - h / 2 + ry, 0),
+        p1(c.x + w / 2 - rx, c.y - h / 2 + ry, 0);
+    AcGePoint3d p2(c.x + w / 2 - rx, c.y + h / 2 - ry, 0),
+        p3(c.x - w / 2 + rx, c.y + h / 2 - ry, 0);
+    if (!bSlot)
+        return {{p0, p1}, {p1, p2}, {p2, p3}, {p3, p0}};
+    if (bWide)
+        return {{p0, p1},
+                {p1, p2, true, AcGePoint3d(p1.x, c.y, 0), true},
+                {p2, p3},
+                {p3, p0, true, AcGePoint3d(p0.x, c.y, 0), true}};
+    return {{p0, p1, true, AcGePoint3d(c.x, p0.y, 0), true},
+            {p1, p2},
+            {p2, p3, true, AcGePoint3d(c.x, p2.y, 0), true},
+            {p3, p0}};
 }
 
 void FixingHoles(AcDbBlockTableRecord* pSpace, const DEMO_CUTOUT& item, double x, double y) {
     if (item.dFixD <= 0)
         return;
     double dx = item.dFixX / 2, dy = item.dFixY / 2;
-    Append(pSpace, Circle(x - dx, y - dy, item.dFixD), kCutColour);
-    Append(pSpace, Circle(x + dx, y - dy, item.dFixD), kCutColour);
+    Circle(pSpace, x - dx, y - dy, item.dFixD);
+    Circle(pSpace, x + dx, y - dy, item.dFixD);
     if (item.dFixY <= 0)
         return;
-    Append(pSpace, Circle(x - dx, y + dy, item.dFixD), kCutColour);
-    Append(pSpace, Circle(x + dx, y + dy, item.dFixD), kCutColour);
+    Circle(pSpace, x - dx, y + dy, item.dFixD);
+    Circle(pSpace, x + dx, y + dy, item.dFixD);
 }
 
 // The cutout's extent, fixing holes included, for its centre lines and label.
@@ -66,22 +105,13 @@ void Extent(const DEMO_CUTOUT& item, double& w, double& h) {
 void MainOpening(AcDbBlockTableRecord* pSpace, const DEMO_CUTOUT& item, double x, double y) {
     switch (item.eShape) {
     case CUTOUT_SHAPE::Circle:
-        Append(pSpace, Circle(x, y, item.dW), kCutColour);
+        Circle(pSpace, x, y, item.dW);
         break;
     case CUTOUT_SHAPE::Rect:
-    case CUTOUT_SHAPE::Slot:
-        Append(pSpace, Outline({x, y}, item.dW, item.dH, item.eShape == CUTOUT_SHAPE::Slot),
-               kCutColour);
-        break;
-    case CUTOUT_SHAPE::Solid: {
-        // Deeper than any plate, so that the subtraction goes through.
-        auto* pSolid = new AcDb3dSolid;
-        if (pSolid->createBox(item.dW, item.dH, 20) != Acad::eOk ||
-            pSolid->transformBy(AcGeMatrix3d::translation({x, y, -5})) != Acad::eOk) {
-            delete pSolid;
-            break;
-        }
-        Append(pSpace, pSolid, kCutColour);
+    case CUTOUT_SHAPE::Slot: {
+        bool bSlot = item.eShape == CUTOUT_SHAPE::Slot;
+        Append(pSpace, Outline({x, y}, item.dW, item.dH, bSlot), kCutColour);
+        AppendTool(pSpace, RectProfile({x, y}, item.dW, item.dH, bSlot));
         break;
     }
     case CUTOUT_SHAPE::None:

@@ -95,7 +95,8 @@ TEST_F(DemoFixture, BothLibrariesHoldCategorisedItemsEachWithAReadableSlide) {
     EXPECT_EQ(nLayouts, 8);
 }
 
-TEST_F(DemoFixture, CutoutsHaveTheirDevicesSizesAndTouchScreensAreSolids) {
+TEST_F(DemoFixture, CutoutsHaveTheirDevicesSizesAndASolidPerOpeningForThe3dView) {
+    acdbSetSolidModeler(&GetOcctModeler());
     auto meter = Entities(Hole(L"仪表\\96x96电流表.dwg"));
     EXPECT_EQ(meter[L"LWPOLYLINE"], 1);
     EXPECT_EQ(meter[L"TEXT"], 1);         // its label
@@ -103,9 +104,30 @@ TEST_F(DemoFixture, CutoutsHaveTheirDevicesSizesAndTouchScreensAreSolids) {
 
     auto contactor = Entities(Hole(L"接触器\\CJX2-0910安装孔.dwg"));
     EXPECT_EQ(contactor[L"CIRCLE"], 4); // fixing holes only
-    acdbSetSolidModeler(&GetOcctModeler());
+    EXPECT_EQ(contactor[L"3DSOLID"], 4);
     auto screen = Entities(Hole(L"触摸屏\\7寸触摸屏.dwg"));
     EXPECT_EQ(screen[L"3DSOLID"], 1);
+    // Through any plate drawn from z 0 downwards, at 1:1 and at 1:10 alike.
+    AcDbDatabase db(false, true);
+    ASSERT_EQ(db.readDwgFile(Hole(L"触摸屏\\7寸触摸屏.dwg").c_str()), Acad::eOk);
+    AcDbExtents ext;
+    AcDbBlockTableRecord* pSpace = nullptr;
+    ASSERT_EQ(acdbOpenObject(pSpace, db.modelSpaceId(), AcDb::kForRead), Acad::eOk);
+    AcDbBlockTableRecordIterator* pIt = nullptr;
+    pSpace->newIterator(pIt);
+    for (; !pIt->done(); pIt->step()) {
+        AcDbEntity* pEnt = nullptr;
+        if (pIt->getEntity(pEnt, AcDb::kForRead) != Acad::eOk)
+            continue;
+        if (dynamic_cast<AcDb3dSolid*>(pEnt))
+            EXPECT_EQ(pEnt->getGeomExtents(ext), Acad::eOk);
+        pEnt->close();
+    }
+    delete pIt;
+    pSpace->close();
+    EXPECT_NEAR(ext.maxPoint().x - ext.minPoint().x, 192, 1e-6);
+    EXPECT_GT(ext.maxPoint().z, 0.5);
+    EXPECT_LT(ext.minPoint().z, -5);
 }
 
 TEST_F(DemoFixture, CatalogueScalesAndHistoryAreWhereTheDialogsReadThem) {
