@@ -1,6 +1,7 @@
 // Cutouts, panel faces and slides of the demo, drawn entity by entity.
 #include "demo/DemoDrawings.h"
 
+#include "demo/DemoParts.h"
 #include "solid/OcctModeler.h"
 #include "view/DisplayList.h"
 #include "view/SlideOut.h"
@@ -8,19 +9,23 @@
 #include "host/db/AcDb.h"
 
 #include <algorithm>
+#include <cwctype>
+#include <map>
 
 namespace {
 
 constexpr short kCutColour = 7, kToolColour = 8, kAxisColour = 1, kLabelColour = 3,
                 kPlateColour = 5;
 
-void Append(AcDbBlockTableRecord* pSpace, AcDbEntity* pEnt, short nColour) {
+AcDbObjectId Append(AcDbBlockTableRecord* pSpace, AcDbEntity* pEnt, short nColour) {
     AcDbObjectId id;
     pEnt->setColorIndex(nColour);
-    if (pSpace->appendAcDbEntity(id, pEnt) == Acad::eOk)
+    if (pSpace->appendAcDbEntity(id, pEnt) == Acad::eOk) {
         pEnt->close();
-    else
-        delete pEnt;
+        return id;
+    }
+    delete pEnt;
+    return AcDbObjectId();
 }
 
 // A rectangle centred on c; with bSlot its short ends are half circles.
@@ -119,9 +124,10 @@ void MainOpening(AcDbBlockTableRecord* pSpace, const DEMO_CUTOUT& item, double x
     }
 }
 
-// Labels no lower than dMinText, so that they still read on a large face.
-void DrawCutout(AcDbBlockTableRecord* pSpace, const DEMO_CUTOUT& item, double x, double y,
-                double dMinText) {
+// The opening with its device, labelled strLabel; labels no lower than dMinText, so that they
+// still read on a large face. False when the device's records could not be written.
+bool DrawCutout(AcDbBlockTableRecord* pSpace, const DEMO_CUTOUT& item, double x, double y,
+                const std::wstring& strLabel, double dMinText) {
     MainOpening(pSpace, item, x, y);
     FixingHoles(pSpace, item, x, y);
     double w = 0, h = 0;
@@ -130,15 +136,34 @@ void DrawCutout(AcDbBlockTableRecord* pSpace, const DEMO_CUTOUT& item, double x,
            kAxisColour);
     Append(pSpace, new AcDbLine(AcGePoint3d(x, y - h * 0.65, 0), AcGePoint3d(x, y + h * 0.65, 0)),
            kAxisColour);
-    if (!*item.pszLabel)
-        return;
+    if (strLabel.empty())
+        return true;
     auto* pText = new AcDbText;
-    pText->setTextString(item.pszLabel);
+    pText->setTextString(strLabel);
     pText->setHeight(std::max(dMinText, std::min(w, h) * 0.18));
     pText->setHorizontalMode(AcDb::kTextCenter);
     pText->setAlignmentPoint(AcGePoint3d(x, y - h * 0.65 - pText->height() * 1.4, 0));
     pText->setPosition(pText->alignmentPoint());
-    Append(pSpace, pText, kLabelColour);
+    AcDbObjectId idText = Append(pSpace, pText, kLabelColour);
+    return AddDemoDevice(pSpace, item, strLabel, x, y, idText);
+}
+
+// The letters of a label, without its number: devices of one kind share them, and the n-th
+// device of a kind on a face is numbered n ("HL1" -> "HL3", "1XT" -> "3XT").
+std::wstring LabelKind(const std::wstring& strLabel) {
+    std::wstring strKind;
+    for (wchar_t c : strLabel)
+        if (!iswdigit(c))
+            strKind += c;
+    return strKind;
+}
+
+std::wstring NumberedLabel(const std::wstring& strLabel, int n) {
+    if (strLabel.empty())
+        return strLabel;
+    if (iswdigit(strLabel.front()))
+        return std::to_wstring(n) + LabelKind(strLabel);
+    return LabelKind(strLabel) + std::to_wstring(n);
 }
 
 template <class Fill> bool WriteDrawing(const std::wstring& strPath, Fill fill) {
@@ -146,16 +171,17 @@ template <class Fill> bool WriteDrawing(const std::wstring& strPath, Fill fill) 
     AcDbBlockTableRecord* pSpace = nullptr;
     if (acdbOpenObject(pSpace, db.modelSpaceId(), AcDb::kForWrite) != Acad::eOk)
         return false;
-    fill(pSpace);
+    bool bOk = fill(pSpace);
     pSpace->close();
-    return db.saveAs(strPath.c_str()) == Acad::eOk;
+    return bOk && db.saveAs(strPath.c_str()) == Acad::eOk;
 }
 
 } // namespace
 
 bool WriteCutoutDrawing(const std::wstring& strPath, const DEMO_CUTOUT& item) {
-    return WriteDrawing(strPath,
-                        [&](AcDbBlockTableRecord* pSpace) { DrawCutout(pSpace, item, 0, 0, 2.5); });
+    return WriteDrawing(strPath, [&](AcDbBlockTableRecord* pSpace) {
+        return DrawCutout(pSpace, item, 0, 0, item.pszLabel, 2.5);
+    });
 }
 
 bool WriteLayoutDrawing(const std::wstring& strPath, const DEMO_LAYOUT& layout) {
@@ -168,11 +194,20 @@ bool WriteLayoutDrawing(const std::wstring& strPath, const DEMO_LAYOUT& layout) 
         pCaption->setHeight(std::max(layout.dW, layout.dH) / 40);
         pCaption->setPosition(AcGePoint3d(0, layout.dH + pCaption->height(), 0));
         Append(pSpace, pCaption, kLabelColour);
+        std::map<std::wstring, int> counts; // devices of each kind so far
+        bool bOk = true;
         for (size_t i = 0; i < layout.nPlaces; ++i) {
             const DEMO_PLACE& place = layout.pPlaces[i];
-            if (const DEMO_CUTOUT* pItem = FindDemoCutout(place.pszCutout))
-                DrawCutout(pSpace, *pItem, place.x, place.y, std::max(layout.dW, layout.dH) / 100);
+            const DEMO_CUTOUT* pItem = FindDemoCutout(place.pszCutout);
+            if (!pItem)
+                continue;
+            std::wstring strLabel =
+                NumberedLabel(pItem->pszLabel, ++counts[LabelKind(pItem->pszLabel)]);
+            bOk = DrawCutout(pSpace, *pItem, place.x, place.y, strLabel,
+                             std::max(layout.dW, layout.dH) / 100) &&
+                  bOk;
         }
+        return bOk;
     });
 }
 

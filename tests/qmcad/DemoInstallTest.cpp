@@ -6,6 +6,9 @@
 #include "host/db/AcDb.h"
 #include "solid/OcctModeler.h"
 
+#include "drawingdata/PartTables.h"
+#include "drawingdata/ProcessXdictInfo.h"
+
 #include "base/SlideFile.h"
 #include "base/StrUtil.h"
 #include "base/SysPath.h"
@@ -154,4 +157,41 @@ TEST_F(DemoFixture, ARunGivesTheSameBytesAndKeepsWhatIsThere) {
     WriteBytes(Hole(L"M4安装孔.sld"), "edited");
     ASSERT_TRUE(MakeDemoInstall(dir.OsPath() + "demo", config));
     EXPECT_EQ(ReadBytes(Hole(L"M4安装孔.sld")), "edited");
+}
+
+TEST_F(DemoFixture, InsertingAnItemHandsItsDevicesPartRecordToTheDrawing) {
+    AcDbDatabase source(false, true), target(true);
+    std::wstring strSource = Hole(L"接触器\\CJX2-0910安装孔.dwg");
+    ASSERT_EQ(source.readDwgFile(strSource.c_str()), Acad::eOk);
+    CProcessXdictInfo handOver;
+    handOver.sourceDb = &source;
+    handOver.sourcePath = strSource;
+    handOver.targetDb = &target;
+    handOver.ProcessInsertedDrawing();
+    CPartBomArray parts;
+    CGetPartInfo().ReadPartTable(&target, L"", 0, L"", parts);
+    ASSERT_EQ(parts.size(), 1u);
+    EXPECT_EQ(parts[0]->label, L"KM1");
+    ASSERT_EQ(parts[0]->parts.size(), 1u);
+    EXPECT_EQ(parts[0]->parts[0]->name, L"交流接触器");
+    EXPECT_EQ(parts[0]->parts[0]->type, L"CJX2-0910");
+    EXPECT_FALSE(parts[0]->parts[0]->code.empty());
+}
+
+TEST_F(DemoFixture, EveryDeviceOfAFaceHasItsOwnLabelAndRecord) {
+    AcDbDatabase face(false, true);
+    std::wstring strFace = config.LocalInstallPath() + L"LaySketch\\控制箱\\PLC控制箱门板.dwg";
+    ASSERT_EQ(face.readDwgFile(strFace.c_str()), Acad::eOk);
+    CPartBranchArray branches;
+    CGetPartInfo().CollectPartBranches(&face, strFace, 1, L"", branches);
+    CPartBomArray parts;
+    CGetPartInfo().ReadPartTable(&face, strFace, 1, L"", parts);
+    std::set<std::wstring> used, recorded;
+    for (size_t i = 0; i < branches.size(); ++i)
+        used.insert(branches[i]->label);
+    for (size_t i = 0; i < parts.size(); ++i)
+        recorded.insert(parts[i]->label);
+    EXPECT_EQ(used.size(), 9u); // nine devices on the PLC door
+    EXPECT_EQ(used, recorded);
+    EXPECT_TRUE(used.count(L"HL3") && used.count(L"SB2") && used.count(L"HMI1"));
 }
