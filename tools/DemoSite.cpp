@@ -1,0 +1,98 @@
+// The shared demo, written with the module's own version-file and login-file writers.
+#include "DemoSite.h"
+
+#include "demo/DemoInstall.h"
+#include "shared/FtpLoginInfo.h"
+#include "shared/OperateVersionFile.h"
+#include "shared/fileops/FileOps.h"
+
+#include "base/FileSystem.h"
+#include "base/StrUtil.h"
+#include "base/SysPath.h"
+
+#include <algorithm>
+#include <ctime>
+
+const wchar_t* const kSharedDemoVersion = L"2026,11,20,09,00,00";
+const wchar_t* const kSharedDemoOldVersion = L"2026,11,19,17,30,00";
+
+namespace {
+
+// The site's one commit: a fixed stamp, so that the demo is the same every time.
+bool DemoClock(std::tm& t) {
+    t = std::tm{};
+    t.tm_year = 2026 - 1900;
+    t.tm_mon = 10;
+    t.tm_mday = 20;
+    t.tm_hour = 9;
+    return true;
+}
+
+// Copies the files under strFrom to strTo, noting each as a site path under strRel.
+bool CopyTree(const std::wstring& strFrom, const std::wstring& strTo, const std::wstring& strRel,
+              CStringArray& paths) {
+    if (!FsIsDirectory(strTo) && !FsCreateDirectory(strTo))
+        return false;
+    std::vector<FS_FIND_DATA> found;
+    FsFind(strFrom + L"\\*.*", found);
+    std::sort(found.begin(), found.end(),
+              [](const FS_FIND_DATA& a, const FS_FIND_DATA& b) { return a.strName < b.strName; });
+    for (const FS_FIND_DATA& entry : found) {
+        if (entry.strName == L"." || entry.strName == L"..")
+            continue;
+        std::wstring strFromPath = strFrom + L"\\" + entry.strName;
+        std::wstring strToPath = strTo + L"\\" + entry.strName;
+        std::wstring strRelPath = strRel + L"\\" + entry.strName;
+        bool bOk = entry.bDirectory ? CopyTree(strFromPath, strToPath, strRelPath, paths)
+                                    : FsCopyFile(strFromPath, strToPath, false);
+        if (!bOk)
+            return false;
+        if (!entry.bDirectory)
+            paths.push_back(strRelPath);
+    }
+    return true;
+}
+
+bool MakeWorkstation(const std::string& osDir, int nPort, const std::wstring& strUser,
+                     const std::wstring& strPassword, const wchar_t* pszVersion) {
+    CSuiteConfig config;
+    if (!MakeDemoInstall(osDir, config))
+        return false;
+    config.m_nInstallStyle = 1; // super client: writes to the shared libraries
+    config.m_nFtpLogin = 1;
+    std::wstring strLogin = config.InstallPath() + L"LocalData\\TzFTPLoginInfo.sys";
+    std::wstring strHeader = std::wstring(L"版本日期：") + pszVersion;
+    return config.Save(osDir + "/suite.conf") && FsWriteBinary(strLogin, "") &&
+           WriteLoginInfo(strLogin, {L"", L"", L"127.0.0.1", std::to_wstring(nPort), L"0", strUser,
+                                     strPassword, L"", L"", L"", L"1"}) &&
+           WriteTextFile(config.InstallPath() + L"Client.xml", strHeader) &&
+           WriteTextFile(config.InstallPath() + L"Client_PartLib.xml",
+                         std::wstring(L"版本日期：") + kSharedDemoVersion);
+}
+
+} // namespace
+
+bool MakeSharedDemo(const std::string& osDir, int nPort, const std::wstring& strUser,
+                    const std::wstring& strPassword) {
+    if (!MakeWorkstation(osDir + "/ws1", nPort, strUser, strPassword, kSharedDemoVersion) ||
+        !MakeWorkstation(osDir + "/ws2", nPort, strUser, strPassword, kSharedDemoOldVersion))
+        return false;
+    // The site holds what a workstation's libraries hold, at the same paths below its root.
+    std::wstring strWs = FromOsPath(osDir + "/ws1");
+    std::wstring strSite = FromOsPath(osDir + "/site");
+    CStringArray paths;
+    for (const wchar_t* pszLib : {L"common\\InstallHole", L"local\\LaySketch"}) {
+        std::wstring strParent = strSite + L"\\" + StrLeft(pszLib, StrFind(pszLib, L'\\'));
+        if (!FsIsDirectory(strSite) && !FsCreateDirectory(strSite))
+            return false;
+        if (!FsIsDirectory(strParent) && !FsCreateDirectory(strParent))
+            return false;
+        if (!CopyTree(strWs + L"\\" + pszLib, strSite + L"\\" + pszLib, pszLib, paths))
+            return false;
+    }
+    SetVersionClock(&DemoClock);
+    COperateVersionFile version(strSite + L"\\Server.xml");
+    bool bOk = version.WriteRecords(paths, CStringArray(paths.size(), L"MOD"));
+    SetVersionClock(nullptr);
+    return bOk && FsCopyFile(strSite + L"\\Server.xml", strSite + L"\\Server.backup", false);
+}
