@@ -4,10 +4,11 @@
 
 #include <string>
 
-// Under the OS directory: "site" (the server's root), "ws1" and "ws2" (install trees of super
-// clients with suite.conf and a login file for 127.0.0.1:nPort). False on any failure.
-bool MakeSharedDemo(const std::string& osDir, int nPort, const std::wstring& strUser,
-                    const std::wstring& strPassword);
+// The site's files under osSite (the server's root), and under the OS directory "ws1" and
+// "ws2", install trees of super clients with suite.conf and a login file for 127.0.0.1:nPort.
+// False on any failure.
+bool MakeSharedDemo(const std::string& osDir, const std::string& osSite, int nPort,
+                    const std::wstring& strUser, const std::wstring& strPassword);
 
 // The version date the site's records carry, and the older one workstation 2 holds.
 extern const wchar_t* const kSharedDemoVersion;

@@ -1,4 +1,5 @@
-// Lays out the shared demo for `./qm run shared`: the site and two workstations.
+// Lays out the shared demo for `./qm run shared`: DIR/site, the server's root, and the two
+// workstations DIR/ws1 and DIR/ws2.
 #include "DemoSite.h"
 
 #include "dxf/DxfCodec.h"
@@ -7,6 +8,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 
 int main(int argc, char** argv) {
     if (argc != 5 || std::atoi(argv[2]) <= 0) {
@@ -14,7 +16,9 @@ int main(int argc, char** argv) {
         return 2;
     }
     acdbSetFileCodec(&GetDxfCodec());
-    if (!MakeSharedDemo(argv[1], std::atoi(argv[2]), Utf8ToWide(argv[3]), Utf8ToWide(argv[4]))) {
+    std::string osDir = argv[1];
+    if (!MakeSharedDemo(osDir, osDir + "/site", std::atoi(argv[2]), Utf8ToWide(argv[3]),
+                        Utf8ToWide(argv[4]))) {
         std::fprintf(stderr, "demo_site: cannot lay out the shared demo in %s\n", argv[1]);
         return 1;
     }
