@@ -74,11 +74,14 @@ bool MakeWorkstation(const std::string& osDir, int nPort, const std::wstring& st
 
 bool MakeSharedDemo(const std::string& osDir, const std::string& osSite, int nPort,
                     const std::wstring& strUser, const std::wstring& strPassword) {
-    if (!MakeWorkstation(osDir + "/ws1", nPort, strUser, strPassword, kSharedDemoVersion) ||
-        !MakeWorkstation(osDir + "/ws2", nPort, strUser, strPassword, kSharedDemoOldVersion))
+    std::string osBase = osDir;
+    while (osBase.size() > 1 && osBase.back() == '/')
+        osBase.pop_back();
+    if (!MakeWorkstation(osBase + "/ws1", nPort, strUser, strPassword, kSharedDemoVersion) ||
+        !MakeWorkstation(osBase + "/ws2", nPort, strUser, strPassword, kSharedDemoOldVersion))
         return false;
     // The site holds what a workstation's libraries hold, at the same paths below its root.
-    std::wstring strWs = FromOsPath(osDir + "/ws1");
+    std::wstring strWs = FromOsPath(osBase + "/ws1");
     std::wstring strSite = StrTrimRight(FromOsPath(osSite), L"\\");
     CStringArray paths;
     for (const wchar_t* pszLib : {L"common\\InstallHole", L"local\\LaySketch"}) {

@@ -15,10 +15,10 @@
 
 #include <cstdio>
 
-CRoad::CRoad(std::string strName, const std::string& osDemoDir) : m_strName(std::move(strName)) {
+CRoad::CRoad(std::string strName, const std::string& osConfigFile) : m_strName(std::move(strName)) {
     acdbSetFileCodec(&GetDxfCodec());
-    std::string osDir = osDemoDir.empty() ? m_dir.OsPath() + "demo" : osDemoDir;
-    m_bDemo = MakeDemoInstall(osDir, m_config);
+    m_bDemo = osConfigFile.empty() ? MakeDemoInstall(m_dir.OsPath() + "demo", m_config)
+                                   : m_config.Load(osConfigFile);
     m_labelNames.WriteDefaultFiles();
     m_services = m_gui.m_editor.Services();
     m_services.pInstallPaths = &m_config;

@@ -23,8 +23,9 @@ class QWidget;
 
 class CRoad {
 public:
-    // strName names the road's screenshots: build/roads/<name>-<nn>-<milestone>.png.
-    explicit CRoad(std::string strName, const std::string& osDemoDir = {});
+    // strName names the road's screenshots: build/roads/<name>-<nn>-<milestone>.png. Without
+    // a settings file the road runs on a fresh demo installation in m_dir.
+    explicit CRoad(std::string strName, const std::string& osConfigFile = {});
     ~CRoad();
 
     bool LoadModule();
@@ -57,7 +58,7 @@ public:
     CSuiteMainLib m_mainLib{m_config};
     CSuiteDoubleClick m_doubleClick;
     std::vector<std::string> m_shots;
-    bool m_bDemo = false; // the demo installation was laid out
+    bool m_bDemo = false; // the installation is there
 
 private:
     struct PENDING {
