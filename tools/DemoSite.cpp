@@ -18,15 +18,22 @@ const wchar_t* const kSharedDemoOldVersion = L"2026,11,19,17,30,00";
 
 namespace {
 
-// The site's one commit: a fixed stamp, so that the demo is the same every time.
+// The site's two commits have fixed stamps, so that the demo is the same every time: the
+// libraries on the 19th at 17:30, then one new meter on the 20th at 9:00, which the second
+// workstation hasn't fetched yet.
+int g_nCommit = 0;
+
 bool DemoClock(std::tm& t) {
     t = std::tm{};
     t.tm_year = 2026 - 1900;
     t.tm_mon = 10;
-    t.tm_mday = 20;
-    t.tm_hour = 9;
+    t.tm_mday = g_nCommit == 0 ? 19 : 20;
+    t.tm_hour = g_nCommit == 0 ? 17 : 9;
+    t.tm_min = g_nCommit == 0 ? 30 : 0;
     return true;
 }
+
+constexpr const wchar_t* kNewItem = L"common\\InstallHole\\仪表\\多功能电力仪表";
 
 // Copies the files under strFrom to strTo, noting each as a site path under strRel.
 bool CopyTree(const std::wstring& strFrom, const std::wstring& strTo, const std::wstring& strRel,
@@ -93,9 +100,20 @@ bool MakeSharedDemo(const std::string& osDir, const std::string& osSite, int nPo
         if (!CopyTree(strWs + L"\\" + pszLib, strSite + L"\\" + pszLib, pszLib, paths))
             return false;
     }
+    CStringArray first, second;
+    for (const std::wstring& strPath : paths)
+        (StrLeft(strPath, static_cast<int>(strPath.size()) - 4) == kNewItem ? second : first)
+            .push_back(strPath);
     SetVersionClock(&DemoClock);
     COperateVersionFile version(strSite + L"\\Server.xml");
-    bool bOk = version.WriteRecords(paths, CStringArray(paths.size(), L"MOD"));
+    g_nCommit = 0;
+    bool bOk = version.WriteRecords(first, CStringArray(first.size(), L"MOD"));
+    g_nCommit = 1;
+    bOk = bOk && version.WriteRecords(second, CStringArray(second.size(), L"MOD"));
     SetVersionClock(nullptr);
+    // The second workstation is a commit behind: it hasn't got the new meter.
+    std::wstring strWs2 = FromOsPath(osBase + "/ws2") + L"\\";
+    for (const std::wstring& strPath : second)
+        bOk = bOk && FsDeleteFile(strWs2 + strPath);
     return bOk && FsCopyFile(strSite + L"\\Server.xml", strSite + L"\\Server.backup", false);
 }
