@@ -57,10 +57,25 @@ void AppendTool(AcDbBlockTableRecord* pSpace, std::vector<PROFILE_SEGMENT> profi
     Append(pSpace, pSolid, kToolColour);
 }
 
+PROFILE_SEGMENT Edge(const AcGePoint3d& a, const AcGePoint3d& b) {
+    PROFILE_SEGMENT s;
+    s.a = a;
+    s.b = b;
+    return s;
+}
+
+// A counter-clockwise arc from a to b about the centre.
+PROFILE_SEGMENT Arc(const AcGePoint3d& a, const AcGePoint3d& b, const AcGePoint3d& centre) {
+    PROFILE_SEGMENT s = Edge(a, b);
+    s.bArc = true;
+    s.centre = centre;
+    return s;
+}
+
 void Circle(AcDbBlockTableRecord* pSpace, double x, double y, double d) {
     Append(pSpace, new AcDbCircle(AcGePoint3d(x, y, 0), d / 2), kCutColour);
     AcGePoint3d start(x + d / 2, y, 0);
-    AppendTool(pSpace, {{start, start, true, AcGePoint3d(x, y, 0), true}});
+    AppendTool(pSpace, {Arc(start, start, AcGePoint3d(x, y, 0))});
 }
 
 // The profile of a rectangle or slot centred on c, counter-clockwise.
@@ -73,16 +88,12 @@ std::vector<PROFILE_SEGMENT> RectProfile(const AcGePoint2d& c, double w, double 
     AcGePoint3d p2(c.x + w / 2 - rx, c.y + h / 2 - ry, 0),
         p3(c.x - w / 2 + rx, c.y + h / 2 - ry, 0);
     if (!bSlot)
-        return {{p0, p1}, {p1, p2}, {p2, p3}, {p3, p0}};
+        return {Edge(p0, p1), Edge(p1, p2), Edge(p2, p3), Edge(p3, p0)};
     if (bWide)
-        return {{p0, p1},
-                {p1, p2, true, AcGePoint3d(p1.x, c.y, 0), true},
-                {p2, p3},
-                {p3, p0, true, AcGePoint3d(p0.x, c.y, 0), true}};
-    return {{p0, p1, true, AcGePoint3d(c.x, p0.y, 0), true},
-            {p1, p2},
-            {p2, p3, true, AcGePoint3d(c.x, p2.y, 0), true},
-            {p3, p0}};
+        return {Edge(p0, p1), Arc(p1, p2, AcGePoint3d(p1.x, c.y, 0)), Edge(p2, p3),
+                Arc(p3, p0, AcGePoint3d(p0.x, c.y, 0))};
+    return {Arc(p0, p1, AcGePoint3d(c.x, p0.y, 0)), Edge(p1, p2),
+            Arc(p2, p3, AcGePoint3d(c.x, p2.y, 0)), Edge(p3, p0)};
 }
 
 void FixingHoles(AcDbBlockTableRecord* pSpace, const DEMO_CUTOUT& item, double x, double y) {

@@ -27,6 +27,15 @@ CRoad::CRoad(std::string strName, const std::string& osConfigFile) : m_strName(s
     m_services.pMainLib = &m_mainLib;
     m_services.pDoubleClick = &m_doubleClick;
     SetHostServices(m_services);
+    // The suite's commands the module sends, as qmcad has them.
+    m_gui.m_editor.AddCommand(L"SynchUpdateHide", [this] {
+        std::wstring strReport;
+        ++m_nUpdates;
+        m_update.Run(strReport);
+        m_gui.m_ui.Print(strReport + L"\n");
+        return RTNORM;
+    });
+    m_gui.m_editor.AddCommand(L"CloseMain", [] { return RTNORM; });
     m_gui.m_pWindow->m_onEntityDoubleClick = [this](AcDbObjectId id) {
         return m_doubleClick.CommandFor(id);
     };

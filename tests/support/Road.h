@@ -12,6 +12,7 @@
 #include "suite/SuiteDoubleClick.h"
 #include "suite/SuiteLabelNames.h"
 #include "suite/SuiteMainLib.h"
+#include "suite/SuiteUpdate.h"
 
 #include <QString>
 
@@ -57,6 +58,8 @@ public:
     CSuiteLabelNames m_labelNames{m_config};
     CSuiteMainLib m_mainLib{m_config};
     CSuiteDoubleClick m_doubleClick;
+    CSuiteUpdate m_update{m_config};
+    int m_nUpdates = 0; // runs of the suite's update command
     std::vector<std::string> m_shots;
     bool m_bDemo = false; // the installation is there
 
