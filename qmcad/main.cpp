@@ -16,6 +16,7 @@
 #include "suite/SuiteDoubleClick.h"
 #include "suite/SuiteLabelNames.h"
 #include "suite/SuiteMainLib.h"
+#include "suite/SuiteUpdate.h"
 
 #include "base/Environment.h"
 #include "base/FileSystem.h"
@@ -242,6 +243,15 @@ int main(int argc, char** argv) {
     services.pMainLib = &mainLib;
     CSuiteDoubleClick doubleClick;
     services.pDoubleClick = &doubleClick;
+    // The suite's update of a workstation behind the shared site, which the module asks for.
+    CSuiteUpdate update(config);
+    editor.AddCommand(L"SynchUpdateHide", [&] {
+        std::wstring strReport;
+        update.Run(strReport);
+        ui.Print(strReport + L"\n");
+        return RTNORM;
+    });
+    editor.AddCommand(L"CloseMain", [] { return RTNORM; }); // the parts database is never held open
     if (pWindow)
         pWindow->m_onEntityDoubleClick = [&](AcDbObjectId id) {
             return doubleClick.CommandFor(id);

@@ -1,5 +1,9 @@
-// Demo installation: category trees of the hole and layout libraries with a few items each.
+// Demo installation: the hole and layout libraries with their slides, and the small files.
 #include "demo/DemoInstall.h"
+
+#include "demo/DemoDrawings.h"
+#include "demo/DemoSettings.h"
+#include "solid/OcctModeler.h"
 
 #include "base/FileSystem.h"
 #include "base/StrUtil.h"
@@ -34,74 +38,32 @@ size_t CountDrawings(const std::wstring& strDir) {
     return nCount;
 }
 
-// A cutout or a panel face: a circle of diameter dW, or a rectangle dW by dH
-// with rounded ends when bSlot is set, drawn centred on the origin.
-struct DEMO_ITEM {
-    const wchar_t* pszRelPath;
-    double dW;
-    double dH; // 0 for a circle
-    bool bSlot;
-};
-
-constexpr DEMO_ITEM kHoleItems[] = {
-    {L"按钮指示灯\\22mm按钮.dwg", 22.3, 0, false},
-    {L"按钮指示灯\\30mm按钮.dwg", 30.5, 0, false},
-    {L"按钮指示灯\\急停按钮.dwg", 22.3, 0, false},
-    {L"仪表\\96x96电流表.dwg", 92, 92, false},
-    {L"仪表\\72x72电压表.dwg", 68, 68, false},
-    {L"风扇\\FK6623风扇.dwg", 224, 224, false},
-    {L"5x10腰形孔.dwg", 10, 5, true},
-};
-constexpr DEMO_ITEM kLayoutItems[] = {
-    {L"配电柜\\GGD低压柜.dwg", 800, 2200, false},
-    {L"控制箱\\PLC控制箱.dwg", 600, 800, false},
-};
-
-void Append(AcDbBlockTableRecord* pSpace, AcDbEntity* pEnt) {
-    AcDbObjectId id;
-    if (pSpace->appendAcDbEntity(id, pEnt) == Acad::eOk)
-        pEnt->close();
-    else
-        delete pEnt;
-}
-
-AcDbPolyline* Outline(double w, double h, bool bSlot) {
-    auto* pLine = new AcDbPolyline;
-    double r = bSlot ? h / 2 : 0;
-    double bulge = bSlot ? 1.0 : 0.0;
-    pLine->addVertexAt(0, AcGePoint2d(-w / 2 + r, -h / 2));
-    pLine->addVertexAt(1, AcGePoint2d(w / 2 - r, -h / 2), bulge);
-    pLine->addVertexAt(2, AcGePoint2d(w / 2 - r, h / 2));
-    pLine->addVertexAt(3, AcGePoint2d(-w / 2 + r, h / 2), bulge);
-    pLine->setClosed(true);
-    return pLine;
-}
-
-// The cutout with its two centre lines, saved as a drawing of the library.
-bool WriteItemDrawing(const std::wstring& strPath, const DEMO_ITEM& item) {
-    AcDbDatabase db(true);
-    AcDbBlockTableRecord* pSpace = nullptr;
-    if (acdbOpenObject(pSpace, db.modelSpaceId(), AcDb::kForWrite) != Acad::eOk)
+// The drawing under the root, made when missing, and its slide beside it.
+template <class Write>
+bool MakeItem(const std::wstring& strRoot, const wchar_t* pszRelPath, Write write) {
+    std::wstring strPath = strRoot + pszRelPath;
+    if (!MakeDirs(StrLeft(strPath, StrReverseFind(strPath, L'\\'))))
         return false;
-    double w = item.dW, h = item.dH > 0 ? item.dH : item.dW;
-    if (item.dH > 0)
-        Append(pSpace, Outline(item.dW, item.dH, item.bSlot));
-    else
-        Append(pSpace, new AcDbCircle(AcGePoint3d(0, 0, 0), item.dW / 2));
-    Append(pSpace, new AcDbLine(AcGePoint3d(-w * 0.65, 0, 0), AcGePoint3d(w * 0.65, 0, 0)));
-    Append(pSpace, new AcDbLine(AcGePoint3d(0, -h * 0.65, 0), AcGePoint3d(0, h * 0.65, 0)));
-    pSpace->close();
-    return db.saveAs(strPath.c_str()) == Acad::eOk;
+    if (!FsExists(strPath) && !write(strPath))
+        return false;
+    std::wstring strSlide = StrLeft(strPath, static_cast<int>(strPath.size()) - 4) + L".sld";
+    return FsExists(strSlide) || WriteDrawingSlide(strPath, strSlide);
 }
 
-bool MakeItems(const std::wstring& strRoot, const DEMO_ITEM* items, size_t nCount) {
-    for (size_t i = 0; i < nCount; ++i) {
-        std::wstring strPath = strRoot + items[i].pszRelPath;
-        if (!MakeDirs(StrLeft(strPath, StrReverseFind(strPath, L'\\'))))
+bool MakeItems(const std::wstring& strHoles, const std::wstring& strLayouts) {
+    size_t nCutouts = 0, nLayouts = 0;
+    const DEMO_CUTOUT* cutouts = DemoCutouts(nCutouts);
+    const DEMO_LAYOUT* layouts = DemoLayouts(nLayouts);
+    for (size_t i = 0; i < nCutouts; ++i)
+        if (!MakeItem(strHoles, cutouts[i].pszRelPath, [&](const std::wstring& strPath) {
+                return WriteCutoutDrawing(strPath, cutouts[i]);
+            }))
             return false;
-        if (!FsExists(strPath) && !WriteItemDrawing(strPath, items[i]))
+    for (size_t i = 0; i < nLayouts; ++i)
+        if (!MakeItem(strLayouts, layouts[i].pszRelPath, [&](const std::wstring& strPath) {
+                return WriteLayoutDrawing(strPath, layouts[i]);
+            }))
             return false;
-    }
     return true;
 }
 
@@ -118,12 +80,14 @@ bool MakeDemoInstall(const std::string& osDir, CSuiteConfig& config) {
     // The layout browser looks for the hole library's name under the local root.
     const wchar_t* dirs[] = {L"common\\InstallHole", L"common\\DzStrucLib", L"local\\LaySketch",
                              L"local\\InstallHole",  L"local\\Data",        L"local\\LocalData",
-                             L"local\\Temp"};
+                             L"local\\Temp",         L"LocalData"};
     for (const wchar_t* dir : dirs)
         if (!MakeDirs(strBase + dir))
             return false;
-    return MakeItems(config.m_strCommonRes + L"InstallHole\\", kHoleItems, std::size(kHoleItems)) &&
-           MakeItems(config.m_strLocal + L"LaySketch\\", kLayoutItems, std::size(kLayoutItems));
+    acdbSetSolidModeler(&GetOcctModeler()); // the touch screens' cutouts are solids
+    return MakeItems(config.m_strCommonRes + L"InstallHole\\",
+                     config.m_strLocal + L"LaySketch\\") &&
+           WriteDemoSettings(config.m_strLocal, config.m_strInstall);
 }
 
 void PrintDemoSummary(CSuiteConfig& config) {
