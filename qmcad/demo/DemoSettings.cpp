@@ -27,7 +27,8 @@ constexpr const wchar_t* kHistory[] = {
     L"800",        L"2",
     L"1", // 4-6: its three axis boxes
     L"1",          L"1",
-    L"按钮指示灯", // 7: the browser's last directory
+    L"",    // 7: no last directory: the hole and the layout browser share it, and each
+            //    opens on its own first directory
     L"0",          // 8: its selected row
     L"1",          // 9: search in subdirectories
     L"1",          // 10: explode on insert
