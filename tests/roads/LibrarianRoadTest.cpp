@@ -9,6 +9,7 @@
 
 #include "dxf/DxfCodec.h"
 #include "host/db/AcDb.h"
+#include "shared/fileops/FileOps.h"
 
 #include "base/FileSystem.h"
 #include "base/SysPath.h"
@@ -16,6 +17,7 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 #include <QTest>
@@ -99,6 +101,35 @@ void AnswerName(QWidget* pDlg, const QString& strName) {
     QTest::mouseClick(Named<QPushButton>(pDlg, QStringLiteral("确定")), Qt::LeftButton);
 }
 
+// Answers the next message box with eButton once it is up; its text goes to *pText.
+void AnswerBoxWhenUp(QMessageBox::StandardButton eButton, QString* pText) {
+    auto* pTimer = new QTimer;
+    QObject::connect(pTimer, &QTimer::timeout, [pTimer, eButton, pText] {
+        auto* pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (!pBox)
+            return;
+        pTimer->stop();
+        pTimer->deleteLater();
+        *pText = pBox->text();
+        QTest::mouseClick(pBox->button(eButton), Qt::LeftButton);
+    });
+    pTimer->start(5);
+}
+
+// Clicks the button once this step has ended: what it starts asks on the command line or
+// runs posted commands, which the next steps see.
+void ClickAfterStep(QPushButton* pButton) {
+    QTimer::singleShot(0, [pOK = QPointer<QPushButton>(pButton)] {
+        if (pOK)
+            QTest::mouseClick(pOK, Qt::LeftButton);
+    });
+}
+
+double BaseX(const std::wstring& strDrawing) {
+    AcDbDatabase db(false, true);
+    return db.readDwgFile(strDrawing.c_str()) == Acad::eOk ? db.insbase().x : -1;
+}
+
 QTreeWidgetItem* TreeItem(QTreeWidget* pTree, const QString& strText) {
     QList<QTreeWidgetItem*> found =
         pTree->findItems(strText, Qt::MatchExactly | Qt::MatchRecursive);
@@ -176,13 +207,8 @@ TEST(LibrarianRoad, NewDirectoryNewItemWithItsSlideAndRenameReachTheOtherWorksta
         pEntry->findChild<QLineEdit*>(QStringLiteral("611"))->setText(QStringLiteral("温度表孔"));
         pEntry->findChild<QLineEdit*>(QStringLiteral("604"))->setText(QStringLiteral("T-7"));
         road.Milestone("entry");
-        // OK asks for the corners on the command line: clicked once this step has ended, so
-        // that the corners are the next steps.
-        QPointer<QPushButton> pOK = pEntry->findChild<QPushButton*>(QStringLiteral("IDOK"));
-        QTimer::singleShot(0, [pOK] {
-            if (pOK)
-                QTest::mouseClick(pOK, Qt::LeftButton);
-        });
+        // OK asks for the corners on the command line: the next steps.
+        ClickAfterStep(pEntry->findChild<QPushButton*>(QStringLiteral("IDOK")));
     });
     road.Then([&] { road.Click(-5, -5); });
     road.Then([&] { road.Click(25, 25); });
@@ -206,6 +232,38 @@ TEST(LibrarianRoad, NewDirectoryNewItemWithItsSlideAndRenameReachTheOtherWorksta
                         ws2.Has(L"仪表\\面板仪表\\温控表.sld");
         bOldGoneOnWs2 = !ws2.Has(L"仪表\\面板仪表\\温度表.dwg");
     });
+    // Workstation 2 has the item checked out: the librarian doesn't take it over.
+    const std::wstring strSiteItem =
+        shared.server.Root() + L"\\InstallHole\\仪表\\面板仪表\\温控表.dwg";
+    QString strLockQuestion;
+    bool bRefused = false, bSaveUp = false, bLockGone = false, bDeletedOnWs2 = false;
+    double dWs2BaseX = -1;
+    road.Then([&] {
+        ASSERT_TRUE(WriteTextFile(strSiteItem + L".bak", L"127.0.0.1(WS2)"));
+        AnswerBoxWhenUp(QMessageBox::No, &strLockQuestion);
+        QTest::mouseClick(Named<QPushButton>(pBrowser, QStringLiteral("修改(&E)")), Qt::LeftButton);
+        bRefused = !CRoad::FindWindow(QStringLiteral("开孔图修改")) && pBrowser->isVisible();
+        FsDeleteFile(strSiteItem + L".bak"); // workstation 2 is done
+    });
+    // Now the item opens beside its save window; a new base point is saved back.
+    road.Then([&] {
+        QTest::mouseClick(Named<QPushButton>(pBrowser, QStringLiteral("修改(&E)")), Qt::LeftButton);
+    });
+    road.Then([&] {
+        QWidget* pSave = CRoad::FindWindow(QStringLiteral("开孔图修改"));
+        bSaveUp = pSave != nullptr;
+        ASSERT_NE(pSave, nullptr);
+        pSave->findChild<QLineEdit*>(QStringLiteral("608"))->setText(QStringLiteral("12.5"));
+        road.Milestone("modify");
+        ClickAfterStep(pSave->findChild<QPushButton*>(QStringLiteral("IDOK")));
+    });
+    road.Then([&] {
+        road.Milestone("saved-back", pBrowser);
+        bLockGone = !FsExists(strSiteItem + L".bak");
+        if (ws2.Update())
+            dWs2BaseX = BaseX(ws2.config.CommonResInstallPath() +
+                              L"InstallHole\\仪表\\面板仪表\\温控表.dwg");
+    });
     road.Run();
 
     EXPECT_TRUE(bDirInTree);
@@ -219,6 +277,13 @@ TEST(LibrarianRoad, NewDirectoryNewItemWithItsSlideAndRenameReachTheOtherWorksta
     EXPECT_EQ(renamedRows, QStringList{QStringLiteral("温控表.dwg")});
     EXPECT_TRUE(bRenamedOnWs2);
     EXPECT_TRUE(bOldGoneOnWs2);
+
+    EXPECT_NE(strLockQuestion.indexOf(QStringLiteral("127.0.0.1(WS2)")), -1)
+        << qPrintable(strLockQuestion);
+    EXPECT_TRUE(bRefused);
+    EXPECT_TRUE(bSaveUp);
+    EXPECT_TRUE(bLockGone);
+    EXPECT_EQ(dWs2BaseX, 12.5);
 
     // The item holds the frame and its cross, not the line outside the corners.
     std::wstring strItem = road.m_config.CommonResInstallPath() + L"InstallHole\\仪表\\面板仪表\\";
