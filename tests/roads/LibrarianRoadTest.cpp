@@ -1,6 +1,7 @@
 // The librarian's road on a shared installation: a new directory from the tree's menu, a new
-// item drawn from a selection with its slide, then renamed; the other workstation sees each
-// change once it has updated.
+// item drawn from a selection with its slide and its parts record, renamed, refused while the
+// other workstation holds it, modified and saved back, deleted to the trash, and a drawing
+// imported; the other workstation sees each change once it has updated.
 #include "DemoSite.h"
 #include "Road.h"
 
@@ -15,6 +16,7 @@
 #include "base/SysPath.h"
 
 #include <QApplication>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
@@ -147,9 +149,10 @@ QStringList ListRows(QWidget* pBrowser, bool bSelectedOnly) {
 
 } // namespace
 
-TEST(LibrarianRoad, NewDirectoryNewItemWithItsSlideAndRenameReachTheOtherWorkstation) {
+TEST(LibrarianRoad, EachChangeToASharedLibraryReachesTheOtherWorkstation) {
     SHARED_DEMO shared;
     ASSERT_TRUE(shared.bReady);
+    ::setenv("XDG_DATA_HOME", (shared.dir.OsPath() + "trash").c_str(), 1);
     CRoad road("librarian", shared.Config(1));
     ASSERT_TRUE(road.m_bDemo);
     OTHER_WORKSTATION ws2(shared.Config(2));
@@ -264,6 +267,43 @@ TEST(LibrarianRoad, NewDirectoryNewItemWithItsSlideAndRenameReachTheOtherWorksta
             dWs2BaseX = BaseX(ws2.config.CommonResInstallPath() +
                               L"InstallHole\\仪表\\面板仪表\\温控表.dwg");
     });
+    // Deleted to the trash, after the question; the site loses it too.
+    QString strDeleteQuestion;
+    QStringList afterDelete, afterImport;
+    bool bImportedOnWs2 = false;
+    road.Then([&] {
+        auto* pList = pBrowser->findChild<QTreeWidget*>(QStringLiteral("list"));
+        ASSERT_EQ(pList->topLevelItemCount(), 1);
+        QTest::mouseClick(pList->viewport(), Qt::LeftButton, {},
+                          pList->visualItemRect(pList->topLevelItem(0)).center());
+        AnswerBoxWhenUp(QMessageBox::Yes, &strDeleteQuestion);
+        QTest::mouseClick(Named<QPushButton>(pBrowser, QStringLiteral("删除(&D)")), Qt::LeftButton);
+        afterDelete = ListRows(pBrowser, false);
+        road.Milestone("deleted", pBrowser);
+        bDeletedOnWs2 = ws2.Update() && !ws2.Has(L"仪表\\面板仪表\\温控表.dwg") &&
+                        !ws2.Has(L"仪表\\面板仪表\\温控表.sld");
+    });
+    // A drawing from elsewhere imported through the tree's menu and the file dialog.
+    const std::string osImport = shared.dir.OsPath() + "开关孔.dwg";
+    road.WhenWindow(QStringLiteral("选择要导入的图纸文件(.dwg)"), [&](QWidget* pWindow) {
+        auto* pDialog = qobject_cast<QFileDialog*>(pWindow);
+        ASSERT_NE(pDialog, nullptr);
+        pDialog->selectFile(QString::fromStdString(osImport));
+        static_cast<QDialog*>(pDialog)->accept(); // Open
+    });
+    road.Then([&] {
+        AcDbDatabase drawing(true);
+        AppendToModelSpace(drawing, new AcDbLine(AcGePoint3d(0, 0, 0), AcGePoint3d(8, 8, 0)));
+        ASSERT_EQ(drawing.saveAs(FromOsPath(osImport).c_str()), Acad::eOk);
+        auto* pTree = pBrowser->findChild<QTreeWidget*>(QStringLiteral("tree"));
+        QTreeWidgetItem* pDir = TreeItem(pTree, QStringLiteral("面板仪表"));
+        ASSERT_NE(pDir, nullptr);
+        ClickMenuEntryWhenUp(QStringLiteral("文件导入"));
+        emit pTree->customContextMenuRequested(pTree->visualItemRect(pDir).center());
+        afterImport = ListRows(pBrowser, false);
+        road.Milestone("imported", pBrowser);
+        bImportedOnWs2 = ws2.Update() && ws2.Has(L"仪表\\面板仪表\\开关孔.dwg");
+    });
     road.Run();
 
     EXPECT_TRUE(bDirInTree);
@@ -285,10 +325,20 @@ TEST(LibrarianRoad, NewDirectoryNewItemWithItsSlideAndRenameReachTheOtherWorksta
     EXPECT_TRUE(bLockGone);
     EXPECT_EQ(dWs2BaseX, 12.5);
 
-    // The item holds the frame and its cross, not the line outside the corners.
-    std::wstring strItem = road.m_config.CommonResInstallPath() + L"InstallHole\\仪表\\面板仪表\\";
+    EXPECT_NE(strDeleteQuestion.indexOf(QStringLiteral("真的删除所选1项吗")), -1)
+        << qPrintable(strDeleteQuestion);
+    EXPECT_TRUE(afterDelete.isEmpty()) << qPrintable(afterDelete.join(QLatin1Char(',')));
+    EXPECT_TRUE(bDeletedOnWs2);
+    EXPECT_EQ(afterImport, QStringList{QStringLiteral("开关孔.dwg")});
+    EXPECT_TRUE(bImportedOnWs2);
+    EXPECT_TRUE(FsExists(FromOsPath(shared.dir.OsPath()) + L"trash\\Trash\\files\\温控表.dwg"));
+
+    // What went to the trash is the item as drawn: the frame and its cross, not the line
+    // outside the corners.
+    std::wstring strItem = FromOsPath(shared.dir.OsPath()) + L"trash\\Trash\\files\\";
     AcDbDatabase item(false, true);
     ASSERT_EQ(item.readDwgFile((strItem + L"温控表.dwg").c_str()), Acad::eOk);
+    EXPECT_EQ(item.insbase().x, 12.5);
     int nLines = 0;
     AcDbBlockTableRecord* pMs = nullptr;
     ASSERT_EQ(acdbOpenObject(pMs, item.modelSpaceId(), AcDb::kForRead), Acad::eOk);
@@ -305,6 +355,9 @@ TEST(LibrarianRoad, NewDirectoryNewItemWithItsSlideAndRenameReachTheOtherWorksta
     pMs->close();
     EXPECT_EQ(nLines, 3);
     EXPECT_TRUE(FsExists(strItem + L"温控表.sld"));
-    EXPECT_FALSE(FsExists(strItem + L"温度表.dwg"));
-    EXPECT_FALSE(FsExists(strItem + L"温度表.sld"));
+    std::wstring strDir = road.m_config.CommonResInstallPath() + L"InstallHole\\仪表\\面板仪表\\";
+    EXPECT_FALSE(FsExists(strDir + L"温控表.dwg"));
+    EXPECT_TRUE(FsExists(strDir + L"开关孔.dwg"));
+    EXPECT_FALSE(FsExists(strDir + L"温度表.dwg"));
+    EXPECT_FALSE(FsExists(strDir + L"温度表.sld"));
 }
