@@ -145,7 +145,7 @@ TEST(SharedInsertRoad, ABehindWorkstationUpdatesInsertsARowWithTheMouseAndGetsIt
     road.Frame(0, 0, 200, 125);
     int nUpdatesAtOpen = -1;
     bool bPicked = false, bHidden = false, bBack = false, bDragged = false;
-    QString strCount, strFirstPrompt, strSecondPrompt;
+    QString strCount, strFirstPrompt, strSecondPrompt, strHistory;
     MODEL_SPACE placed;
     CStringArray records;
 
@@ -196,6 +196,7 @@ TEST(SharedInsertRoad, ABehindWorkstationUpdatesInsertsARowWithTheMouseAndGetsIt
         AcDbDatabase* pDb = road.m_gui.Database();
         placed = Look(pDb);
         FindPartRecordNames(pDb, L"", L"", L"HL1", records);
+        strHistory = road.m_gui.m_pWindow->CommandLine()->History();
         road.Milestone("placed");
     });
     road.Run();
@@ -221,6 +222,8 @@ TEST(SharedInsertRoad, ABehindWorkstationUpdatesInsertsARowWithTheMouseAndGetsIt
     EXPECT_GT(placed.nOthers, 0); // the opening's axes, tool and face
     // The item's part record came along with its symbols.
     EXPECT_EQ(records.size(), 1u);
+    // The installation's settings were there for the hand-over: no complaint on the command line.
+    EXPECT_FALSE(strHistory.contains(QStringLiteral("出错"))) << strHistory.toStdString();
     EXPECT_TRUE(bBack);
     EXPECT_EQ(road.m_nUpdates, 1); // in step when the browser came back
     // The site's newest commit reached the workstation, which now holds the site's version.
