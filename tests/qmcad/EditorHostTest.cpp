@@ -260,8 +260,9 @@ TEST(EditorHost, WorkPostedDuringAWaitRunsBeforeTheNextTypedLine) {
                 return CEditorHost::LINE_READ::End;
             s = typed.front();
             typed.pop_front();
-            if (typed.empty())
+            if (typed.empty()) {
                 EXPECT_EQ(editor.m_vars.Short(L"CMDECHO"), 0); // the posted one ran first
+            }
             return CEditorHost::LINE_READ::Line;
         },
         false);

@@ -32,6 +32,8 @@ public:
     bool LoadModule();
     void UnloadModule();
     bool ModuleLoaded() const { return m_module.IsLoaded(); }
+    // What the host hands a module: for other modules loaded beside this one.
+    const HOST_SERVICES& Services() const { return m_services; }
 
     void Then(std::function<void()> step) { m_gui.Then(std::move(step)); }
     // Runs fn once on the first visible top-level window titled strTitle, when it is up;

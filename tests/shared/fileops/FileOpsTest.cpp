@@ -118,7 +118,7 @@ TEST(FileOps, CollectFilesAndDirs) {
     // Links to directories are listed, never walked into: a loop ends, and
     // what lies outside the library stays out of it.
     ASSERT_TRUE(CreateDirPath(dir / L"outside"));
-    WriteBytes(dir / L"outside\c.dwg", "x");
+    WriteBytes(dir / L"outside\\c.dwg", "x");
     std::string os = dir.OsPath();
     ASSERT_EQ(::symlink((os + "lib").c_str(), (os + "lib/s1/loop").c_str()), 0);
     ASSERT_EQ(::symlink((os + "outside").c_str(), (os + "lib/out").c_str()), 0);
@@ -130,7 +130,7 @@ TEST(FileOps, CollectFilesAndDirs) {
     EXPECT_EQ(dirs.size(), 10u);
     DeleteDirTree(dir / L"lib");
     EXPECT_FALSE(IsDirExist(dir / L"lib"));
-    EXPECT_EQ(ReadBytes(dir / L"outside\c.dwg"), "x");
+    EXPECT_EQ(ReadBytes(dir / L"outside\\c.dwg"), "x");
 }
 
 TEST(FileOps, ShowLastErrorUsesItsOwnCaption) {
