@@ -33,7 +33,7 @@ bool DemoClock(std::tm& t) {
     return true;
 }
 
-constexpr const wchar_t* kNewItem = L"common\\InstallHole\\仪表\\多功能电力仪表";
+constexpr const wchar_t* kNewItem = L"InstallHole\\仪表\\多功能电力仪表";
 
 // Copies the files under strFrom to strTo, noting each as a site path under strRel.
 bool CopyTree(const std::wstring& strFrom, const std::wstring& strTo, const std::wstring& strRel,
@@ -65,6 +65,19 @@ bool MakeWorkstation(const std::string& osDir, int nPort, const std::wstring& st
     CSuiteConfig config;
     if (!MakeDemoInstall(osDir, config))
         return false;
+    // A shared installation keeps its libraries at the install root: the site mirrors that
+    // root, and the libraries' commits name their paths from "InstallHole\\" and "LaySketch\\"
+    // as their directories and the suite's update do from the root.
+    std::wstring strRoot = config.InstallPath();
+    for (const wchar_t* pszDir : {L"InstallHole", L"DzStrucLib"})
+        if (!FsMoveFile(config.CommonResInstallPath() + pszDir, strRoot + pszDir))
+            return false;
+    for (const wchar_t* pszDir :
+         {L"LaySketch", L"Data", L"Temp", L"LocalData\\PanelLib.txt", L"LocalData\\DwgScale.txt"})
+        if (!FsMoveFile(config.LocalInstallPath() + pszDir, strRoot + pszDir))
+            return false;
+    config.m_strCommonRes = strRoot;
+    config.m_strLocal = strRoot;
     config.m_nInstallStyle = 1; // super client: writes to the shared libraries
     config.m_nFtpLogin = 1;
     std::wstring strLogin = config.InstallPath() + L"LocalData\\TzFTPLoginInfo.sys";
@@ -91,7 +104,7 @@ bool MakeSharedDemo(const std::string& osDir, const std::string& osSite, int nPo
     std::wstring strWs = FromOsPath(osBase + "/ws1");
     std::wstring strSite = StrTrimRight(FromOsPath(osSite), L"\\");
     CStringArray paths;
-    for (const wchar_t* pszLib : {L"common\\InstallHole", L"local\\LaySketch"}) {
+    for (const wchar_t* pszLib : {L"InstallHole", L"LaySketch"}) {
         std::wstring strParent = strSite + L"\\" + StrLeft(pszLib, StrFind(pszLib, L'\\'));
         if (!FsIsDirectory(strSite) && !FsCreateDirectory(strSite))
             return false;
@@ -100,6 +113,9 @@ bool MakeSharedDemo(const std::string& osDir, const std::string& osSite, int nPo
         if (!CopyTree(strWs + L"\\" + pszLib, strSite + L"\\" + pszLib, pszLib, paths))
             return false;
     }
+    // The parts database's directory: workstations lock and commit it there.
+    if (!FsIsDirectory(strSite + L"\\Data") && !FsCreateDirectory(strSite + L"\\Data"))
+        return false;
     CStringArray first, second;
     for (const std::wstring& strPath : paths)
         (StrLeft(strPath, static_cast<int>(strPath.size()) - 4) == kNewItem ? second : first)

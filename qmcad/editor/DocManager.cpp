@@ -151,6 +151,8 @@ bool CDocManager::CloseDocument(AcApDocument* pDoc) {
         if (m_pActive == pDoc)
             m_pActive = pNext;
         SyncWorkingDatabase();
+        if (m_onClosed)
+            m_onClosed();
         return true;
     }
     return false;

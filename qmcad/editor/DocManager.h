@@ -83,6 +83,9 @@ public:
     // Called when work is posted (a command string, an application-context call),
     // so that a host waiting for input in its event loop can stop and run it.
     std::function<void()> m_onPosted;
+    // Called when a document has closed, before anything may paint: windows showing its view
+    // turn to the current document.
+    std::function<void()> m_onClosed;
     // Runs each posted application-context call; the host catches there what
     // a call lets escape, so that one failing call never takes the rest along.
     std::function<void(const std::function<void()>&)> m_runGuarded;

@@ -89,6 +89,13 @@ void CMainWindow::ConnectEditor() {
         return m_pView->PickAt(pt, id);
     };
     m_editor.m_docs.m_onPosted = [this] { m_pCommandLine->Wake(); };
+    // A document closed inside a module's handler: its view state goes with it at once.
+    m_editor.m_docs.m_onClosed = [this] {
+        m_pShown = nullptr;
+        m_pView->SetViewState(nullptr);
+        ShowDocument(m_editor.m_docs.Current());
+        m_pView->Invalidate();
+    };
     m_pCommandLine->m_onWaiting = [this] { Refresh(); };
     m_editor.m_interactiveView = [this](const std::wstring& s) { return RunInteractiveView(s); };
     m_editor.m_onDrawingChanged = [this] { m_pView->Invalidate(); };
@@ -136,6 +143,7 @@ CMainWindow::~CMainWindow() {
     m_editor.m_input.m_pFeedback = nullptr;
     m_editor.m_input.m_pickAt = nullptr;
     m_editor.m_docs.m_onPosted = nullptr;
+    m_editor.m_docs.m_onClosed = nullptr;
     m_ui.m_print = nullptr;
     m_ui.m_pParent = nullptr;
     if (m_editor.m_pFrame == this)

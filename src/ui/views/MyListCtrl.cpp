@@ -42,8 +42,9 @@ void CMyListCtrl::SetRows(const std::vector<std::wstring>& rows) {
 }
 
 void CMyListCtrl::SetSelectedRows(const std::vector<int>& rows, int nMakeVisible) {
+    // Only the list's own signals are held back: the items learn their selection from the
+    // selection model's.
     QSignalBlocker block(this);
-    QSignalBlocker blockSel(selectionModel());
     QItemSelection selection;
     for (int nRow : rows) {
         QModelIndex index = model()->index(nRow, 0);
