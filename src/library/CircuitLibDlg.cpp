@@ -586,10 +586,6 @@ void CCircuitLibDlg::OnClose() {
     DestroySelf();
 }
 
-void CCircuitLibDlg::NotAvailable(const wchar_t* pszWhat) {
-    acutPrintf(L"\n%s: not available in this build.\n", pszWhat);
-}
-
 void CCircuitLibDlg::OnCommand(int nId) {
     using Handler = void (ILibItemOperations::*)(CCircuitLibDlg&);
     using Own = void (CCircuitLibDlg::*)();

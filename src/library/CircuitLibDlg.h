@@ -200,7 +200,6 @@ private:
     void CancelForeignCommand();
     int CurrentMode();
     void DestroySelf();
-    void NotAvailable(const wchar_t* pszWhat);
     std::wstring ServerPath(const std::wstring& strLocal) const;
     std::wstring TwinOf(const std::wstring& strPath) const;
     bool IsCurDirUsable() const;

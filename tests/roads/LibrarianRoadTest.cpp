@@ -4,6 +4,7 @@
 // imported; the other workstation sees each change once it has updated.
 #include "DemoSite.h"
 #include "Road.h"
+#include "SharedDemoRoad.h"
 
 #include "DbBuilders.h"
 #include "FtpTestServer.h"
@@ -34,23 +35,6 @@ namespace {
 
 const QString kHoleBrowser = QStringLiteral("开孔图库管理");
 
-// The site and its two workstations; the road runs on workstation 1, which is in step.
-struct SHARED_DEMO {
-    SHARED_DEMO() {
-        acdbSetFileCodec(&GetDxfCodec());
-        bReady = server.Start() && MakeSharedDemo(dir.OsPath(), ToOsPath(server.Root()),
-                                                  server.Port(), server.User(), server.Password());
-        ::setenv("QM_HOST_ID", "127.0.0.1(WS1)", 1);
-    }
-    ~SHARED_DEMO() { ::unsetenv("QM_HOST_ID"); }
-    std::string Config(int n) const {
-        return dir.OsPath() + "ws" + std::to_string(n) + "/suite.conf";
-    }
-    CTempDir dir;
-    CFtpTestServer server;
-    bool bReady = false;
-};
-
 // Workstation 2 as its own suite: it only sees the site through its update.
 struct OTHER_WORKSTATION {
     explicit OTHER_WORKSTATION(const std::string& osConfig) { bLoaded = config.Load(osConfig); }
@@ -65,13 +49,6 @@ struct OTHER_WORKSTATION {
     CSuiteUpdate update{config};
     bool bLoaded = false;
 };
-
-template <class T> T* Named(QWidget* pParent, const QString& strText) {
-    for (T* p : pParent->findChildren<T*>())
-        if (p->text() == strText)
-            return p;
-    return nullptr;
-}
 
 // Clicks the popup menu's entry as soon as the menu is up (its loop runs in the click that
 // opened it).
@@ -150,7 +127,7 @@ QStringList ListRows(QWidget* pBrowser, bool bSelectedOnly) {
 } // namespace
 
 TEST(LibrarianRoad, EachChangeToASharedLibraryReachesTheOtherWorkstation) {
-    SHARED_DEMO shared;
+    SHARED_DEMO shared("127.0.0.1(WS1)");
     ASSERT_TRUE(shared.bReady);
     ::setenv("XDG_DATA_HOME", (shared.dir.OsPath() + "trash").c_str(), 1);
     CRoad road("librarian", shared.Config(1));

@@ -4,6 +4,7 @@
 // mouse, and the browser comes back when the insertion has run.
 #include "DemoSite.h"
 #include "Road.h"
+#include "SharedDemoRoad.h"
 
 #include "dxf/DxfCodec.h"
 
@@ -32,23 +33,6 @@ namespace {
 
 const QString kHoleBrowser = QStringLiteral("开孔图库管理");
 
-// The site and its two workstations, served before the road starts on workstation 2.
-struct SHARED_DEMO {
-    SHARED_DEMO() {
-        acdbSetFileCodec(&GetDxfCodec());
-        bReady = server.Start() && MakeSharedDemo(dir.OsPath(), ToOsPath(server.Root()),
-                                                  server.Port(), server.User(), server.Password());
-        ::setenv("QM_HOST_ID", "127.0.0.1(WS2)", 1);
-    }
-    ~SHARED_DEMO() { ::unsetenv("QM_HOST_ID"); }
-    std::string Config(int n) const {
-        return dir.OsPath() + "ws" + std::to_string(n) + "/suite.conf";
-    }
-    CTempDir dir;
-    CFtpTestServer server;
-    bool bReady = false;
-};
-
 QWidget* CellOf(QWidget* pBrowser, const QString& strLabel) {
     QList<QLabel*> labels = pBrowser->findChildren<QLabel*>();
     for (int i = 0; i < 16; ++i)
@@ -61,13 +45,6 @@ QWidget* CellOf(QWidget* pBrowser, const QString& strLabel) {
                     pCell->parentWidget()->geometry().bottom() < p->geometry().top() &&
                     p->geometry().top() - pCell->parentWidget()->geometry().bottom() < 20)
                     return pCell;
-    return nullptr;
-}
-
-template <class T> T* Named(QWidget* pParent, const QString& strText) {
-    for (T* p : pParent->findChildren<T*>())
-        if (p->text() == strText)
-            return p;
     return nullptr;
 }
 
@@ -137,7 +114,7 @@ void ClickTreeItem(QWidget* pBrowser, const QString& strText) {
 } // namespace
 
 TEST(SharedInsertRoad, ABehindWorkstationUpdatesInsertsARowWithTheMouseAndGetsItsBrowserBack) {
-    SHARED_DEMO shared;
+    SHARED_DEMO shared("127.0.0.1(WS2)");
     ASSERT_TRUE(shared.bReady);
     CRoad road("insert", shared.Config(2));
     ASSERT_TRUE(road.m_bDemo);
