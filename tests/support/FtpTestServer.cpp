@@ -26,6 +26,32 @@ extern char** environ;
 
 namespace {
 
+// Starts the program with one end of a pipe as its stdin or its stdout (nChildFd) and hands
+// back the other end; false when it could not start.
+bool SpawnPiped(std::vector<std::string> args, int nChildFd, pid_t& pid, int& nParentFd) {
+    std::vector<char*> argv;
+    for (std::string& arg : args)
+        argv.push_back(arg.data());
+    argv.push_back(nullptr);
+    int fds[2];
+    if (pipe(fds) != 0)
+        return false;
+    const bool bChildReads = nChildFd == STDIN_FILENO;
+    const int nChildEnd = bChildReads ? fds[0] : fds[1];
+    nParentFd = bChildReads ? fds[1] : fds[0];
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, nChildEnd, nChildFd);
+    posix_spawn_file_actions_addclose(&actions, nParentFd);
+    int rc = posix_spawn(&pid, argv[0], &actions, nullptr, argv.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    close(nChildEnd);
+    if (rc == 0)
+        return true;
+    close(nParentFd);
+    return false;
+}
+
 // Kills every process below pid, found through /proc, leaves first.
 void KillDescendants(int pid) {
     std::error_code ec;
@@ -113,29 +139,13 @@ bool CFtpTestServer::StartOn(int nWantedPort, const FTP_TEST_SERVER_OPTIONS& opt
                                      strPort,
                                      options.strEncoding,
                                      options.bNoStoreDir ? "nostore" : "-"};
-    std::vector<char*> argv;
-    for (std::string& arg : args)
-        argv.push_back(arg.data());
-    argv.push_back(nullptr);
-
-    int fds[2];
-    if (pipe(fds) != 0)
-        return false;
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, fds[1], STDOUT_FILENO);
-    posix_spawn_file_actions_addclose(&actions, fds[0]);
     pid_t pid = -1;
-    int rc = posix_spawn(&pid, argv[0], &actions, nullptr, argv.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    close(fds[1]);
-    if (rc != 0) {
-        close(fds[0]);
+    int nOut = -1;
+    if (!SpawnPiped(std::move(args), STDOUT_FILENO, pid, nOut))
         return false;
-    }
     m_pid = pid;
-    int nPort = ReadPort(fds[0]);
-    close(fds[0]);
+    int nPort = ReadPort(nOut);
+    close(nOut);
     if (nPort <= 0) {
         Stop();
         return false;
@@ -173,26 +183,15 @@ constexpr const char* kVsftpdUser = "qmftp";
 
 // Runs a program and waits for it; true on exit status 0.
 bool RunProgram(std::vector<std::string> args, const std::string& strInput = "") {
-    std::vector<char*> argv;
-    for (std::string& arg : args)
-        argv.push_back(arg.data());
-    argv.push_back(nullptr);
-    int fds[2];
-    if (pipe(fds) != 0)
-        return false;
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, fds[0], STDIN_FILENO);
-    posix_spawn_file_actions_addclose(&actions, fds[1]);
     pid_t pid = -1;
-    int rc = posix_spawn(&pid, argv[0], &actions, nullptr, argv.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    close(fds[0]);
-    if (rc == 0 && !strInput.empty())
-        (void)!write(fds[1], strInput.data(), strInput.size());
-    close(fds[1]);
+    int nIn = -1;
+    if (!SpawnPiped(std::move(args), STDIN_FILENO, pid, nIn))
+        return false;
+    if (!strInput.empty())
+        (void)!write(nIn, strInput.data(), strInput.size());
+    close(nIn);
     int status = 0;
-    return rc == 0 && waitpid(pid, &status, 0) == pid && WIFEXITED(status) &&
+    return waitpid(pid, &status, 0) == pid && WIFEXITED(status) &&
            WEXITSTATUS(status) == 0;
 }
 
